@@ -1,0 +1,79 @@
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <exception>
+#include <memory>
+#include <string>
+#include <variant>
+#include <vector>
+
+#include "app/AbsentSubsystems.h"
+#include "app/AppDelegate.h"
+#include "handoff/Claim.h"
+#include "handoff/HandoffError.h"
+#include "handoff/Readiness.h"
+#include "platform/gtk/GtkPlatform.h"
+
+namespace velto {
+namespace {
+
+/// What a later start of the program hands over, as it reaches the one that runs. No argument is a click on its icon.
+void receive(Application& application, const std::vector<std::string>& arguments) {
+  ApplicationDelegate* delegate = application.delegate();
+  if (delegate == nullptr) return;
+  if (!arguments.empty()) {
+    delegate->applicationOpenArguments(arguments);
+    return;
+  }
+  bool anyVisible = false;
+  for (const Window* window : application.windows()) anyVisible = anyVisible || window->isVisible();
+  delegate->applicationShouldHandleReopen(anyVisible);
+}
+
+int run(const Environment& environment, Readiness& readiness) {
+  auto claim = claimOrHandOver(RuntimeDirectory::open(std::getenv("XDG_RUNTIME_DIR"), geteuid()),
+                               environment.arguments);
+  if (std::holds_alternative<HandedOver>(claim)) {
+    readiness.ready();
+    return 0;
+  }
+
+  GtkPlatform gtk(environment, {"velto-player", "velto-history"});
+  const Platform& platform = gtk.platform();
+  AbsentSubsystems absent;
+  AppDelegate delegate(platform, absent.services(), absent, absent);
+  platform.application.setDelegate(delegate);
+
+  // The server goes first when this ends: its thread posts to the queue.
+  const auto server = std::move(std::get<std::unique_ptr<HandoffServer>>(claim));
+  server->serve([&platform](const std::vector<std::string>& arguments) {
+    platform.mainQueue.async([&platform, arguments] { receive(platform.application, arguments); });
+  });
+  platform.application.launch();
+  readiness.ready();
+  gtk.run();
+  return 0;
+}
+
+}  // namespace
+}  // namespace velto
+
+int main(int argc, char** argv) {
+  // Everything written from here on belongs to the person alone, also what the web engine keeps.
+  umask(077);
+  velto::Readiness readiness = velto::Readiness::takeFromEnvironment();
+  const velto::Environment environment = velto::readEnvironment(argc, argv);
+  if (argc == 2 && std::string(argv[1]) == "--version") {
+    std::printf("velto-app %s\n", VELTO_VERSION);
+    return 0;
+  }
+  try {
+    return velto::run(environment, readiness);
+  } catch (const std::exception& error) {
+    readiness.failed(error.what());
+    std::fprintf(stderr, "velto-app: %s\n", error.what());
+    return 1;
+  }
+}

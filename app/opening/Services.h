@@ -1,0 +1,106 @@
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "app/windows/SessionRecording.h"
+#include "platform/foundation/Date.h"
+#include "platform/foundation/HttpCookie.h"
+#include "platform/foundation/Url.h"
+#include "platform/foundation/UserDefaults.h"
+
+namespace velto {
+
+class LayoutWindowOpening;
+
+/// A recorded session that was read at start-up and may still be reopened.
+class RecordedSession {
+ public:
+  virtual ~RecordedSession() = default;
+  [[nodiscard]] virtual bool hasWindows() const = 0;
+  virtual void restore() = 0;
+};
+
+/// The record of the open windows.
+class Sessions : public SessionRecording {
+ public:
+  /// Null when there is none that can be read.
+  virtual std::unique_ptr<RecordedSession> load() = 0;
+  /// Records once more and never again.
+  virtual void finishRecording() = 0;
+};
+
+/// Named layouts of windows.
+class Layouts {
+ public:
+  virtual ~Layouts() = default;
+  virtual void setOpener(LayoutWindowOpening& opener) = 0;
+  virtual void prepareStore() = 0;
+  virtual void handleCommand(const Url& url) = 0;
+};
+
+/// The pages that were visited.
+class History {
+ public:
+  virtual ~History() = default;
+  virtual void prepare(UserDefaults& defaults) = 0;
+  virtual void show(const std::optional<std::string>& domain) = 0;
+};
+
+/// Cookies handed over by the command for one private window.
+class SignInHandoff {
+ public:
+  virtual ~SignInHandoff() = default;
+  virtual void sweep(WallTime now) = 0;
+  /// Absent when the ticket yields nothing.
+  virtual std::optional<std::vector<HttpCookie>> redeem(const std::string& ticket) = 0;
+};
+
+/// Sign-ins kept the same as Safari's.
+class SignInSync {
+ public:
+  virtual ~SignInSync() = default;
+  virtual void startIfEnabled() = 0;
+  virtual void runCommand() = 0;
+};
+
+/// The window that imports from Safari.
+class SafariImport {
+ public:
+  virtual ~SafariImport() = default;
+  /// With the site field set to the text, when there is one.
+  virtual void show(const std::optional<std::string>& sites) = 0;
+};
+
+/// Menus, offers and checks that belong to the installation rather than to a window.
+class Maintenance {
+ public:
+  virtual ~Maintenance() = default;
+  virtual void buildMainMenu() = 0;
+  virtual void checkSafariExtension() = 0;
+  virtual void applyStoredUpdateChoice(UserDefaults& defaults) = 0;
+  virtual void offerCommandLineTool() = 0;
+};
+
+/// The short message on the screen.
+class Toasts {
+ public:
+  virtual ~Toasts() = default;
+  virtual void show(const std::string& text) = 0;
+};
+
+/// The other subsystems, as the launch of the application and its requests call on them.
+struct Services {
+  Sessions& sessions;
+  Layouts& layouts;
+  History& history;
+  SignInHandoff& signInHandoff;
+  SignInSync& signInSync;
+  SafariImport& safariImport;
+  Maintenance& maintenance;
+  Toasts& toasts;
+};
+
+}  // namespace velto

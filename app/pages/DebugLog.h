@@ -1,0 +1,29 @@
+#pragma once
+
+#include <filesystem>
+#include <optional>
+#include <string_view>
+
+#include "platform/foundation/FileManager.h"
+#include "platform/loop/Clock.h"
+
+namespace velto {
+
+/// The one log: `urlbar_debug.txt` in the person's documents folder. Without such a folder, or when it cannot be
+/// written, nothing happens.
+class DebugLog {
+ public:
+  DebugLog(FileManager& files, const Clock& clock, const std::optional<std::filesystem::path>& documents);
+
+  /// Replaces the file by its first line.
+  void begin();
+  /// Adds "<date>: [Nav] <message>".
+  void log(std::string_view message);
+
+ private:
+  FileManager& files_;
+  const Clock& clock_;
+  std::optional<std::filesystem::path> file_;
+};
+
+}  // namespace velto

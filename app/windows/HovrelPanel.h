@@ -1,0 +1,58 @@
+#pragma once
+
+#include <cstddef>
+#include <optional>
+#include <string>
+
+#include "app/windows/LayoutScroll.h"
+#include "controlbar/ControlBarView.h"
+#include "platform/ui/Window.h"
+#include "platform/web/WebView.h"
+
+namespace velto {
+
+/// How far the search for a server on this machine's loopback addresses has come.
+struct LoopbackAttempt {
+  Url original;
+  std::size_t tried = 0;
+};
+
+/// The floating window of one page: a borderless panel with a web view and what lies over it. The members are the
+/// window's own state, written by the controllers of navigation, pinning and scrolling.
+class HovrelPanel : public Panel {
+ public:
+  /// A second Escape within this many seconds opens the address field.
+  static constexpr double kDoubleEscapeInterval = 0.3;
+
+  using Panel::Panel;
+
+  WeakPtr<ControlBarView> controlBarView;
+  WeakPtr<WebView> webView;
+  std::optional<LoopbackAttempt> loopbackAttempt;
+  /// What the page reported last.
+  std::optional<LayoutScroll> lastKnownScroll;
+  bool isPrivate = false;
+  /// Kept above other windows.
+  bool isPinned = false;
+  /// The person unpinned it, so its page may not pin it again.
+  bool unpinnedByPerson = false;
+  /// Where to scroll once the page has loaded, and what was measured on the way.
+  std::optional<LayoutScroll> pendingScrollRestore;
+  std::optional<LayoutScroll> lastScrollRestoreObservation;
+  /// The load that shows a failure page, which is no visit.
+  std::optional<Navigation> failurePageNavigation;
+  /// When the process of its page died last.
+  std::optional<Uptime> lastProcessDeath;
+  /// For the address field, once the window is active.
+  std::optional<std::string> pendingInitialAddress;
+
+  /// Escape once goes to the page; twice in a row opens the address field. It never closes the window.
+  bool keyDown(const KeyEvent& event) override;
+  bool performKeyEquivalent(const KeyEvent& event) override;
+  void focusPendingInitialAddress();
+
+ private:
+  std::optional<Uptime> lastEscapeTime_;
+};
+
+}  // namespace velto

@@ -1,0 +1,76 @@
+#include "app/windows/WindowLife.h"
+
+#include <utility>
+
+namespace velto {
+
+namespace {
+
+WebView* webViewOf(const Window& window) {
+  return window.contentView() != nullptr ? firstSubview<WebView>(*window.contentView()) : nullptr;
+}
+
+}  // namespace
+
+WindowLife::WindowLife(OpenWindows& windows, SessionRecording& session, MainQueue& mainQueue)
+    : windows_(windows), session_(session), mainQueue_(mainQueue) {}
+
+void WindowLife::closeWindow(const Application& application) {
+  if (Window* window = application.keyWindow()) window->close();
+}
+
+bool WindowLife::windowShouldClose(Window& window) {
+  if (confirmedCloseWindows_.contains(&window)) return true;
+  WebView* webView = webViewOf(window);
+  const auto blank = Url::parse("about:blank");
+  if (webView == nullptr || !blank || !webView->isResponsive()) return true;
+  const auto navigation = webView->load({*blank});
+  if (!navigation) return true;
+  pendingCloseNav_[webView] = {window, *navigation};
+  return false;
+}
+
+bool WindowLife::finishPendingClose(WebView& webView, Navigation navigation) {
+  const auto pending = pendingCloseNav_.find(&webView);
+  if (pending == pendingCloseNav_.end() || pending->second.navigation != navigation) return false;
+  const WeakPtr<Window> window = pending->second.window;
+  pendingCloseNav_.erase(pending);
+  confirmClose(window);
+  return true;
+}
+
+bool WindowLife::abandonPendingClose(WebView& webView, Navigation navigation) {
+  const auto pending = pendingCloseNav_.find(&webView);
+  if (pending == pendingCloseNav_.end() || pending->second.navigation != navigation) return false;
+  pendingCloseNav_.erase(pending);
+  return true;
+}
+
+bool WindowLife::pageStoppedAnswering(WebView& webView) {
+  const auto pending = pendingCloseNav_.find(&webView);
+  return pending != pendingCloseNav_.end() && finishPendingClose(webView, pending->second.navigation);
+}
+
+void WindowLife::confirmClose(const WeakPtr<Window>& window) {
+  if (!window) return;
+  confirmedCloseWindows_.insert(window.get());
+  window->close();
+}
+
+void WindowLife::windowWillClose(Window& window) {
+  confirmedCloseWindows_.erase(&window);
+  auto panel = windows_.take(window);
+  if (WebView* webView = webViewOf(window)) {
+    pendingCloseNav_.erase(webView);
+    webView->stopLoading();
+    if (const auto blank = Url::parse("about:blank")) webView->load({*blank});
+    for (const char* name : {"velto", "windowDrag", "windowResize", "veltoScroll"}) {
+      webView->configuration().userContentController->removeMessageHandler(name);
+    }
+  }
+  session_.scheduleSessionRecording();
+  // The window is still in the middle of closing, so it is freed when that is over.
+  mainQueue_.async([freed = std::move(panel)] {});
+}
+
+}  // namespace velto

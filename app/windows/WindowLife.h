@@ -1,0 +1,53 @@
+#pragma once
+
+#include <map>
+#include <set>
+
+#include "app/windows/OpenWindows.h"
+#include "app/windows/SessionRecording.h"
+#include "platform/loop/MainQueue.h"
+
+namespace velto {
+
+/// Delegate of every panel: lets a page object to its window being closed, and takes closed windows apart.
+///
+/// Closing first loads "about:blank", so that the page's `beforeunload` handler runs as in any navigation. When that load
+/// finishes the window closes; when it fails the person chose to stay. A page that does not answer has no say.
+class WindowLife : public WindowDelegate {
+ public:
+  WindowLife(OpenWindows& windows, SessionRecording& session, MainQueue& mainQueue);
+
+  /// Closes the key window, whichever it is.
+  static void closeWindow(const Application& application);
+
+  void windowDidBecomeKey(Window&) override {}
+  bool windowShouldClose(Window& window) override;
+  void windowWillClose(Window& window) override;
+  void windowDidMove(Window&) override { session_.scheduleSessionRecording(); }
+  void windowDidResize(Window&) override { session_.scheduleSessionRecording(); }
+
+  /// @name Reported by the navigation delegate
+  /// @{
+  /// True when this navigation was a pending close; the window is closed then.
+  bool finishPendingClose(WebView& webView, Navigation navigation);
+  /// True when this navigation was a pending close; the window stays.
+  bool abandonPendingClose(WebView& webView, Navigation navigation);
+  /// The page's process died or hangs: a pending close need not wait for it. True when there was one.
+  bool pageStoppedAnswering(WebView& webView);
+  /// @}
+
+ private:
+  struct PendingClose {
+    WeakPtr<Window> window;
+    Navigation navigation;
+  };
+  void confirmClose(const WeakPtr<Window>& window);
+
+  OpenWindows& windows_;
+  SessionRecording& session_;
+  MainQueue& mainQueue_;
+  std::set<const Window*> confirmedCloseWindows_;
+  std::map<const WebView*, PendingClose> pendingCloseNav_;
+};
+
+}  // namespace velto

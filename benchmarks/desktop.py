@@ -1,0 +1,225 @@
+#!/usr/bin/python3
+"""Measures the whole program on a screen of its own, each time beside a named baseline in the same run.
+
+usage: benchmarks/desktop.py [--runs N] [MEASURE...]
+
+Measures: handoff warm cold idle memory; without a name all of them. The programs must have been built: script/bench
+does that. A slow figure is a line in the table and no failure; the exit status is 1 when something could not be
+measured that should have been. Peers that are not installed are skipped.
+"""
+
+import argparse
+import os
+import subprocess
+import sys
+import time
+
+from measuring import desk, programs, table
+from measuring.desk import NotMeasured
+from measuring.site import Site
+
+ROOT = os.path.dirname(os.path.dirname(os.path.abspath(__file__)))
+BIN = os.environ.get("VELTO_BIN", os.path.join(ROOT, "build/bin"))
+TOOLS = os.environ.get("VELTO_BENCHMARK_PROGRAMS", os.path.join(ROOT, "build/release/benchmarks"))
+INSIDE = "VELTO_BENCHMARK_SCREEN"  # set once we are on a screen of our own
+
+PATIENCE = 20  # seconds for a pixel
+IDLE_SETTLING = 8  # seconds until what is due after a start is over
+IDLE_SECONDS = 5
+HANDOFF_RUNS = 40
+
+WARM_LIMITS = {"chromium --app": 0.6, "bare window": 1.2}
+COLD_LIMITS = {"surf": 1.1, "chromium --app": 1.0}
+HANDOFF_LIMIT = 10  # milliseconds
+PRINT_URL_LIMIT = 30  # milliseconds
+
+
+class Bench:
+    def __init__(self, runs):
+        self.runs = runs
+        self.site = Site()
+        self.windows = desk.Windows()
+        self.rows = []
+        home = os.environ["HOME"]
+        self.velto = programs.Velto(BIN)
+        self.chromium = programs.Chromium(os.path.join(home, "chromium-profile"))
+        self.surf = programs.Surf()
+        self.bare = programs.BareWindow(os.path.join(TOOLS, "barewindow"), os.path.join(home, "urls"))
+
+    # ---- One page
+
+    def first_pixel(self, program):
+        """Milliseconds from asking the program for a new page until it is on the screen, and until it was loaded."""
+        colour, url = self.site.new_page()
+        asked = subprocess.run([os.path.join(TOOLS, "firstpixel"), colour, str(PATIENCE), *program.command(url)],
+                               capture_output=True, text=True, check=False)
+        if asked.returncode != 0:
+            raise NotMeasured(f"{program.name}: {asked.stderr.strip()}")
+        started, taken = map(float, asked.stdout.split())
+        return taken, (self.site.asked_at(colour) - started) * 1000
+
+    def open_and_close(self, program):
+        before = self.windows.ids()
+        times = self.first_pixel(program)
+        desk.wait_until_quiet()
+        self.windows.close(self.windows.ids() - before)
+        desk.wait_until_quiet()
+        return times
+
+    def start(self, program):
+        """Gets a program running, with its first page seen."""
+        if hasattr(program, "start"):
+            program.start()
+        if program is self.chromium:
+            self.first_pixel(program)  # this window stays: without one it would end
+            desk.wait_until_quiet()
+        self.open_and_close(program)
+
+    def installed(self, candidates):
+        for program in candidates:
+            missing = program.missing()
+            if missing and program in (self.velto, self.bare):
+                raise NotMeasured(missing)
+            if missing:
+                print(f"skipped {program.name}: {missing}")
+        return [program for program in candidates if not program.missing()]
+
+    # ---- Measures
+
+    def in_turn(self, candidates, once):
+        """The times of each candidate, taken in turn so that a busy machine is busy for all."""
+        times = {program.name: [] for program in candidates}
+        for _ in range(self.runs):
+            for program in candidates:
+                times[program.name].append(once(program))
+        return times
+
+    def compare(self, measure, times, limits):
+        pixels = {name: [pixel for pixel, _ in values] for name, values in times.items()}
+        ours = pixels[self.velto.name]
+        for name, limit in limits.items():
+            if name in pixels:
+                ratio = table.median(ours) / table.median(pixels[name])
+                self.rows.append(table.Row(f"{measure}, ms", table.spread(ours), name, table.spread(pixels[name]),
+                                           ratio, limit=limit))
+        asked = ", ".join(f"{name} {table.median([asked for _, asked in values]):.0f}"
+                          for name, values in times.items())
+        print(f"{measure}: ms until the page was asked for: {asked}")
+
+    def warm(self):
+        candidates = self.installed([self.velto, self.chromium, self.bare])
+        for program in candidates:
+            self.start(program)
+        self.compare("one more window", self.in_turn(candidates, self.open_and_close), WARM_LIMITS)
+
+    def cold(self):
+        candidates = self.installed([self.velto, self.surf, self.chromium])
+
+        def once(program):
+            times = self.first_pixel(program)
+            desk.wait_until_quiet(calm=0.2)
+            desk.end_all()
+            time.sleep(0.2)
+            return times
+
+        for program in candidates:  # files in the page cache, profiles on disk
+            once(program)
+        self.compare("from nothing", self.in_turn(candidates, once), COLD_LIMITS)
+
+    def handoff(self):
+        self.installed([self.velto])
+        desk.run([os.path.join(BIN, "velto-open"), "velto://show-nothing"])
+        desk.wait_until_quiet()
+        # A URL that names no page: what is handed over is dropped there, and no window gets in the way.
+        self.compare_commands("velto-open", [os.path.join(BIN, "velto-open"), "velto://open"],
+                              "/bin/true", ["/bin/true"], HANDOFF_LIMIT)
+        self.compare_commands("velto --print-url",
+                              [os.path.join(BIN, "velto"), "3000", "--size", "420x760", "--top-left", "--print-url"],
+                              "sh -c :", ["sh", "-c", ":"], PRINT_URL_LIMIT)
+
+    def compare_commands(self, measure, ours, name, theirs, limit):
+        times = {"ours": [], "theirs": []}
+        for _ in range(HANDOFF_RUNS):
+            for which, command in (("ours", ours), ("theirs", theirs)):
+                started = time.monotonic()
+                status = desk.run(command)
+                times[which].append((time.monotonic() - started) * 1000)
+                if status != 0:
+                    raise NotMeasured(f"{' '.join(command)} ended with {status}")
+        taken = table.median(times["ours"])
+        self.rows.append(table.Row(f"{measure}, ms", table.spread(times["ours"]), name, table.spread(times["theirs"]),
+                                   taken / table.median(times["theirs"]), taken, limit, " ms"))
+
+    def idle(self):
+        self.installed([self.velto])
+        self.open_and_close(self.velto)
+        application = desk.processes_named(self.velto.process)
+        if len(application) != 1:
+            raise NotMeasured("Velto does not run once with its window closed")
+        time.sleep(IDLE_SETTLING)
+        pids = [application[0], *desk.descendants(application[0])]
+        before = {thread: switches for pid in pids for thread, switches in desk.context_switches(pid).items()}
+        time.sleep(IDLE_SECONDS)
+        after = {thread: switches for pid in pids for thread, switches in desk.context_switches(pid).items()}
+        woken = {thread: now.voluntary - before[thread].voluntary if thread in before else now.voluntary
+                 for thread, now in after.items()}
+        main = woken[application[0]]
+        self.rows.append(table.Row(f"idle, wake-ups of the main thread in {IDLE_SECONDS} s", str(main), "", "",
+                                   value=main, limit=0))
+        others = [f"{after[thread].process}/{after[thread].thread} {count}"
+                  for thread, count in sorted(woken.items(), key=lambda item: -item[1])
+                  if count and thread != application[0]]
+        print(f"idle: wake-ups of other threads in {IDLE_SECONDS} s: {', '.join(others) or 'none'}")
+
+    def memory(self):
+        figures = {}
+        for program in self.installed([self.velto, self.surf, self.chromium]):
+            self.first_pixel(program)
+            desk.wait_until_quiet(calm=1)
+            figures[program.name] = desk.memory(desk.descendants())
+            desk.end_all()
+        for which, label in ((0, "resident"), (1, "proportional")):
+            ours = figures[self.velto.name][which]
+            for name, values in figures.items():
+                if name != self.velto.name:
+                    self.rows.append(table.Row(f"one page, {label} MB", f"{ours:.0f}", name, f"{values[which]:.0f}",
+                                               ours / values[which]))
+
+
+MEASURES = ["handoff", "warm", "cold", "idle", "memory"]
+
+
+def measure(names, runs):
+    desk.adopt_orphans()
+    bench = Bench(runs)
+    failures = []
+    for name in names:
+        try:
+            getattr(bench, name)()
+        except NotMeasured as reason:
+            failures.append(f"not measured: {name}: {reason}")
+        finally:
+            desk.end_all()
+    print()
+    if bench.rows:
+        print(table.text(bench.rows))
+    print(*failures, sep="\n", end="")
+    return 1 if failures else 0
+
+
+def main():
+    parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
+    parser.add_argument("--runs", type=int, default=11)
+    parser.add_argument("measures", nargs="*", metavar="MEASURE", help=" ".join(MEASURES))
+    arguments = parser.parse_args()
+    if unknown := set(arguments.measures) - set(MEASURES):
+        parser.error(f"no such measure: {', '.join(sorted(unknown))}")
+    if INSIDE not in os.environ:
+        os.environ[INSIDE] = "yes"
+        display = os.path.join(ROOT, "script/display")
+        os.execv(display, [display, sys.executable, os.path.abspath(__file__), *sys.argv[1:]])
+    return measure(arguments.measures or MEASURES, arguments.runs)
+
+
+if __name__ == "__main__":
+    sys.exit(main())

@@ -1,0 +1,47 @@
+#include "platform/gtk/GtkWebEngine.h"
+
+#include <utility>
+
+#include "platform/gtk/GtkWebView.h"
+
+namespace velto {
+
+namespace {
+
+/// From the last page that came to rest, or from the start, to the making of a spare.
+constexpr double kRest = 0.5;
+/// For a page that does not come to rest.
+constexpr double kLongestLoad = 5;
+
+}  // namespace
+
+GtkWebEngine::GtkWebEngine(MainQueue& queue, const Environment& environment, std::vector<std::string> ownSchemes)
+    : queue_(queue),
+      environment_(environment),
+      ownSchemes_(std::move(ownSchemes)),
+      spare_(queue, [this] { return defaultStore()->makeEngineView(); }) {
+  spare_.prepareAfter(kRest);
+}
+
+std::unique_ptr<WebView> GtkWebEngine::makeWebView(const Rect& frame, WebViewConfiguration configuration) {
+  auto store = std::dynamic_pointer_cast<GtkDataStore>(configuration.dataStore);
+  if (!store) store = defaultStore();
+  GObjectPtr<WebKitWebView> view;
+  if (store == defaultStore_) view = spare_.take();
+  if (!view) view = store->makeEngineView();
+  spare_.prepareAfter(kLongestLoad);
+  return std::make_unique<GtkWebView>(*this, std::move(store), std::move(view), frame, std::move(configuration));
+}
+
+std::shared_ptr<DataStore> GtkWebEngine::makeNonPersistentDataStore() {
+  return GtkDataStore::makeNonPersistent(ownSchemes_);
+}
+
+void GtkWebEngine::pageCameToRest() { spare_.prepareAfter(kRest); }
+
+const std::shared_ptr<GtkDataStore>& GtkWebEngine::defaultStore() {
+  if (!defaultStore_) defaultStore_ = GtkDataStore::makePersistent(environment_, ownSchemes_);
+  return defaultStore_;
+}
+
+}  // namespace velto

@@ -1,0 +1,70 @@
+#pragma once
+
+#include <gtk/gtk.h>
+
+#include <list>
+#include <memory>
+#include <vector>
+
+#include "platform/gtk/FocusTracker.h"
+#include "platform/gtk/GtkAlert.h"
+#include "platform/gtk/GtkScreens.h"
+#include "platform/loop/Clock.h"
+#include "platform/loop/MainQueue.h"
+#include "platform/ui/Application.h"
+
+namespace velto {
+
+class GtkWindowPeer;
+
+/// All windows and alerts of the program on an X display. GTK must have been started.
+class GtkWindowSystem final : public WindowSystem {
+ public:
+  /// `stop` ends the run of the loop.
+  GtkWindowSystem(GdkDisplay* display, const Clock& clock, MainQueue& queue, std::function<void()> stop);
+  ~GtkWindowSystem() override;
+  GtkWindowSystem(const GtkWindowSystem&) = delete;
+  GtkWindowSystem& operator=(const GtkWindowSystem&) = delete;
+
+  [[nodiscard]] std::unique_ptr<WindowPeer> makePeer(Window& window) override;
+  [[nodiscard]] std::vector<Screen> screens() const override { return screens_.all(); }
+  void activate() override;
+  void showAlert(const Alert& alert, WeakPtr<Window> sheetOn, AlertCompletion completion) override;
+  [[nodiscard]] bool prefersReducedMotion() const override;
+  void beep() override { gdk_display_beep(display_); }
+  void stop() override { stop_(); }
+
+  /// The alert that was shown first of those that wait for an answer, or null. For driving the program from within.
+  [[nodiscard]] GtkAlert* oldestAlert() const { return alerts_.empty() ? nullptr : alerts_.front().alert.get(); }
+
+  /// @name For the windows' peers
+  /// @{
+  [[nodiscard]] const GtkScreens& gtkScreens() const { return screens_; }
+  [[nodiscard]] const Clock& clock() const { return clock_; }
+  [[nodiscard]] MainQueue& queue() const { return queue_; }
+  [[nodiscard]] FocusTracker& focus() { return focus_; }
+  void peerAdded(GtkWindowPeer& peer) { peers_.push_back(&peer); }
+  void peerRemoved(GtkWindowPeer& peer, const Window& window);
+  /// The window was closed: its alerts are answered.
+  void windowGone(const Window& window);
+  /// @}
+
+ private:
+  struct OpenAlert {
+    std::unique_ptr<GtkAlert> alert;
+    /// For comparing only.
+    const Window* window;
+  };
+  void finishAlert(std::list<OpenAlert>::iterator open, const AlertAnswer& answer, AlertCompletion completion);
+
+  GdkDisplay* display_;
+  const Clock& clock_;
+  MainQueue& queue_;
+  std::function<void()> stop_;
+  std::vector<GtkWindowPeer*> peers_;
+  FocusTracker focus_;
+  std::list<OpenAlert> alerts_;
+  GtkScreens screens_;
+};
+
+}  // namespace velto

@@ -1,0 +1,307 @@
+#include "platform/gtk/NavigationReporter.h"
+
+#include <memory>
+#include <string_view>
+#include <utility>
+
+#include "platform/gtk/GtkWebEngine.h"
+#include "platform/gtk/Guard.h"
+#include "platform/gtk/LeaveDialog.h"
+#include "platform/gtk/PageSettings.h"
+#include "platform/gtk/WebErrors.h"
+
+namespace velto {
+
+namespace {
+
+constexpr const char* kBlank = "about:blank";
+/// Where nothing ever goes: it is asked for in order to be ignored.
+constexpr const char* kNowhere = "about:blank#nowhere";
+/// Seconds that a page may take to answer for its title.
+constexpr double kLongestTitleWait = 0.25;
+
+NavigationReporter& reporterOf(gpointer self) { return *static_cast<NavigationReporter*>(self); }
+
+std::string_view withoutFragment(std::string_view uri) { return uri.substr(0, uri.find('#')); }
+
+NavigationTracker::Kind kindOf(WebKitNavigationType type) {
+  if (type == WEBKIT_NAVIGATION_TYPE_RELOAD) return NavigationTracker::Kind::reload;
+  if (type == WEBKIT_NAVIGATION_TYPE_BACK_FORWARD) return NavigationTracker::Kind::history;
+  return NavigationTracker::Kind::load;
+}
+
+/// The engine shows a page of its own for all other failures.
+bool leavesPageAsItWas(const WebError& error) {
+  constexpr int kFrameLoadInterrupted = 102;
+  return error.domain == WebError::kWebKitDomain ? error.code == kFrameLoadInterrupted
+                                                 : error.code == WebError::kCancelled;
+}
+
+}  // namespace
+
+NavigationReporter::NavigationReporter(GtkWebEngine& engine, WebView& webView, WebKitWebView* view)
+    : engine_(engine), webView_(webView), view_(view) {
+  connectSignals();
+}
+
+void NavigationReporter::disconnect() {
+  invalidateWeakReferences();
+  timeout_.cancel();
+  titleWait_.cancel();
+  connections_.clear();
+}
+
+void NavigationReporter::connectSignals() {
+  const auto connect = [this](const char* signal, GCallback callback) {
+    connections_.emplace_back(view_, signal, callback, this);
+  };
+  connect("load-changed", G_CALLBACK(+[](WebKitWebView*, WebKitLoadEvent event, gpointer self) {
+            guarded([&] { reporterOf(self).loadChanged(event); });
+          }));
+  connect("load-failed", G_CALLBACK(+[](WebKitWebView*, WebKitLoadEvent, char* uri, GError* error, gpointer self) {
+            bool handled = false;
+            guarded([&] { handled = reporterOf(self).loadFailed(uri, *error); });
+            return handled ? TRUE : FALSE;
+          }));
+  connect("decide-policy", G_CALLBACK(+[](WebKitWebView*, WebKitPolicyDecision* decision,
+                                          WebKitPolicyDecisionType type, gpointer self) {
+            bool handled = false;
+            guarded([&] { handled = reporterOf(self).decidePolicy(decision, type); });
+            return handled ? TRUE : FALSE;
+          }));
+  connect("script-dialog", G_CALLBACK(+[](WebKitWebView*, WebKitScriptDialog* dialog, gpointer self) {
+            bool handled = false;
+            guarded([&] { handled = reporterOf(self).runScriptDialog(dialog); });
+            return handled ? TRUE : FALSE;
+          }));
+  connect("web-process-terminated", G_CALLBACK(+[](WebKitWebView*, WebKitWebProcessTerminationReason, gpointer self) {
+            guarded([&] { reporterOf(self).processTerminated(); });
+          }));
+  connect("notify::title", G_CALLBACK(+[](WebKitWebView*, GParamSpec*, gpointer self) {
+            guarded([&] { reporterOf(self).reportFinished(); });
+          }));
+  connect("notify::is-web-process-responsive", G_CALLBACK(+[](WebKitWebView*, GParamSpec*, gpointer self) {
+            guarded([&] { reporterOf(self).responsivenessChanged(); });
+          }));
+}
+
+Navigation NavigationReporter::request(NavigationTracker::Kind kind, const std::string& uri) {
+  timeout_.cancel();
+  const Navigation navigation = engine_.nextNavigation();
+  reportCancelled(navigations_.request(navigation, kind, uri));
+  return navigation;
+}
+
+void NavigationReporter::limit(Navigation navigation, double seconds, const Url& url) {
+  timeout_ = engine_.queue().after(seconds, [self = WeakPtr<NavigationReporter>(*this), navigation, url] {
+    if (self) self->timedOut(navigation, url);
+  });
+}
+
+void NavigationReporter::withdraw() {
+  timeout_.cancel();
+  reportCancelled(navigations_.withdraw());
+}
+
+bool NavigationReporter::staysInDocument(const std::string& uri) const {
+  if (navigations_.hasRequest() || navigations_.current() || processGone_) return false;
+  const std::string shown = textOf(webkit_web_view_get_uri(view_));
+  return shown != uri && uri.find('#') != std::string::npos && withoutFragment(shown) == withoutFragment(uri);
+}
+
+std::optional<Url> NavigationReporter::documentThatAsksFor(const std::string& uri) const {
+  // While the next page is on its way the engine view has its address already, but the one before still runs and asks.
+  const auto& attempt = navigations_.current();
+  const bool isNextPage = attempt && attempt->phase == NavigationTracker::Phase::started && decidedUri_ == uri;
+  return Url::parse(isNextPage ? uri : committedUri_);
+}
+
+void NavigationReporter::loadChanged(WebKitLoadEvent event) {
+  if (event == WEBKIT_LOAD_STARTED) loadStarted();
+  if (event == WEBKIT_LOAD_COMMITTED) loadCommitted();
+  if (event == WEBKIT_LOAD_FINISHED) loadFinished();
+}
+
+void NavigationReporter::loadStarted() {
+  processGone_ = false;
+  const WeakPtr<NavigationReporter> self(*this);
+  reportFinished();
+  if (!self) return;
+  const auto navigation = navigations_.started(engine_.nextNavigation());
+  NavigationDelegate* delegate = webView_.navigationDelegate();
+  if (navigation && delegate != nullptr) delegate->didStartProvisionalNavigation(webView_, *navigation);
+}
+
+void NavigationReporter::loadCommitted() {
+  committedUri_ = textOf(webkit_web_view_get_uri(view_));
+  const auto attempt = navigations_.committed();
+  if (!attempt) return;
+  timeout_.cancel();
+  if (attempt->requestedUri && *attempt->requestedUri != kBlank && committedUri_ == kBlank) {
+    navigations_.ended();
+    reportFailure({attempt->navigation, NavigationTracker::Phase::started, {}},
+                  restrictedPortError(Url::parse(*attempt->requestedUri)));
+    return;
+  }
+  if (NavigationDelegate* delegate = webView_.navigationDelegate()) {
+    delegate->didCommitNavigation(webView_, attempt->navigation);
+  }
+}
+
+void NavigationReporter::loadFinished() {
+  engine_.pageCameToRest();
+  finishing_ = navigations_.finished();
+  if (!finishing_) return;
+  const bool titleIsKnown = !textOf(webkit_web_view_get_title(view_)).empty() || committedUri_ == kBlank;
+  if (titleIsKnown) {
+    reportFinished();
+  } else {
+    awaitTitle();
+  }
+}
+
+/// A page that is complete at once is so before its title is told. What the page answers now comes after it.
+void NavigationReporter::awaitTitle() {
+  const auto answered = [](GObject*, GAsyncResult*, gpointer data) {
+    const std::unique_ptr<WeakPtr<NavigationReporter>> self(static_cast<WeakPtr<NavigationReporter>*>(data));
+    guarded([&] {
+      if (*self) (*self)->reportFinished();
+    });
+  };
+  webkit_web_view_evaluate_javascript(view_, "0", -1, "velto", nullptr, nullptr, answered,
+                                      new WeakPtr<NavigationReporter>(*this));
+  titleWait_ = engine_.queue().after(kLongestTitleWait, [this] { reportFinished(); });
+}
+
+void NavigationReporter::reportFinished() {
+  titleWait_.cancel();
+  const auto navigation = std::exchange(finishing_, std::nullopt);
+  NavigationDelegate* delegate = webView_.navigationDelegate();
+  if (navigation && delegate != nullptr) delegate->didFinishNavigation(webView_, *navigation);
+}
+
+/// True keeps the engine from showing a page of its own about the failure.
+bool NavigationReporter::loadFailed(const char* uri, const GError& engineError) {
+  const auto attempt = navigations_.ended();
+  if (!attempt) return true;
+  timeout_.cancel();
+  const WebError error = webErrorFrom(engineError, uri);
+  const WeakPtr<NavigationReporter> self(*this);
+  reportFailure(*attempt, error);
+  // The delegate may have closed the web view, or started what is to be shown instead.
+  if (!self || navigations_.hasRequest()) return true;
+  if (!leavesPageAsItWas(error)) navigations_.expectErrorPage();
+  return false;
+}
+
+void NavigationReporter::timedOut(Navigation navigation, const Url& url) {
+  const auto& attempt = navigations_.current();
+  const bool started = attempt && attempt->navigation == navigation;
+  if (started) {
+    navigations_.ended();
+  } else if (const auto withdrawn = navigations_.withdraw(); !withdrawn || withdrawn->navigation != navigation) {
+    return;
+  }
+  webkit_web_view_stop_loading(view_);
+  reportFailure({navigation, NavigationTracker::Phase::started, {}}, timedOutError(url));
+}
+
+void NavigationReporter::reportFailure(const NavigationTracker::Attempt& attempt, const WebError& error) {
+  NavigationDelegate* delegate = webView_.navigationDelegate();
+  if (delegate == nullptr) return;
+  if (attempt.phase == NavigationTracker::Phase::committed) {
+    delegate->didFailNavigation(webView_, attempt.navigation, error);
+  } else {
+    delegate->didFailProvisionalNavigation(webView_, attempt.navigation, error);
+  }
+}
+
+/// From the main queue, because the application or the engine is in the middle of a call.
+void NavigationReporter::reportCancelled(const std::optional<NavigationTracker::Attempt>& attempt) {
+  if (!attempt) return;
+  engine_.queue().async([self = WeakPtr<NavigationReporter>(*this), attempt = *attempt] {
+    if (self) self->reportFailure(attempt, cancelledError(Url::parse(attempt.requestedUri.value_or(""))));
+  });
+}
+
+bool NavigationReporter::decidePolicy(WebKitPolicyDecision* decision, WebKitPolicyDecisionType type) {
+  if (type == WEBKIT_POLICY_DECISION_TYPE_NAVIGATION_ACTION) {
+    return decideNavigation(WEBKIT_NAVIGATION_POLICY_DECISION(decision));
+  }
+  if (type != WEBKIT_POLICY_DECISION_TYPE_RESPONSE) return false;
+  auto* response = WEBKIT_RESPONSE_POLICY_DECISION(decision);
+  if (webkit_response_policy_decision_is_mime_type_supported(response) != FALSE) return false;
+  webkit_policy_decision_ignore(decision);
+  return true;
+}
+
+bool NavigationReporter::decideNavigation(WebKitNavigationPolicyDecision* decision) {
+  WebKitNavigationAction* action = webkit_navigation_policy_decision_get_navigation_action(decision);
+  const std::string uri = textOf(webkit_uri_request_get_uri(webkit_navigation_action_get_request(action)));
+  if (refused_ && uri == kNowhere) {
+    webkit_policy_decision_ignore(WEBKIT_POLICY_DECISION(decision));
+    reportCancelled(std::exchange(refused_, std::nullopt));
+    return true;
+  }
+  decidedUri_ = uri;
+  if (webkit_navigation_action_is_redirect(action) == FALSE) {
+    navigations_.deciding(uri, kindOf(webkit_navigation_action_get_navigation_type(action)));
+  }
+  allowNavigation(WEBKIT_POLICY_DECISION(decision), webView_.configuration());
+  return true;
+}
+
+bool NavigationReporter::runScriptDialog(WebKitScriptDialog* dialog) {
+  if (webkit_script_dialog_get_dialog_type(dialog) != WEBKIT_SCRIPT_DIALOG_BEFORE_UNLOAD_CONFIRM) return false;
+  const auto awaited = navigations_.awaitedRequest();
+  const Navigation navigation = awaited ? *awaited : engine_.nextNavigation();
+  const auto asked = std::make_shared<LeaveDialog>(
+      dialog, [self = WeakPtr<NavigationReporter>(*this), navigation, uri = decidedUri_](bool leave) {
+        if (self && !leave) self->refusedToLeave({navigation, NavigationTracker::Phase::started, uri});
+      });
+  if (UIDelegate* delegate = webView_.uiDelegate()) {
+    delegate->runBeforeUnloadConfirmPanel(webView_, [asked](bool leave) { asked->answer(leave); });
+  } else {
+    asked->answer(true);
+  }
+  return true;
+}
+
+/// The engine says nothing of a navigation that was refused and goes on to take it for the one under way. Another one
+/// that is not allowed puts that right, and is not asked about.
+void NavigationReporter::refusedToLeave(NavigationTracker::Attempt attempt) {
+  timeout_.cancel();
+  if (navigations_.awaitedRequest() == attempt.navigation) navigations_.withdraw();
+  if (navigations_.hasRequest()) {
+    reportCancelled(attempt);
+    return;
+  }
+  refused_ = std::move(attempt);
+  webkit_web_view_load_uri(view_, kNowhere);
+}
+
+void NavigationReporter::processTerminated() {
+  const WeakPtr<NavigationReporter> self(*this);
+  reportFinished();
+  if (!self) return;
+  timeout_.cancel();
+  navigations_.processGone();
+  processGone_ = true;
+  responsive_ = true;
+  refused_.reset();
+  committedUri_.clear();
+  engine_.pageCameToRest();
+  if (NavigationDelegate* delegate = webView_.navigationDelegate()) {
+    delegate->webContentProcessDidTerminate(webView_);
+  }
+}
+
+void NavigationReporter::responsivenessChanged() {
+  const bool responsive = webkit_web_view_get_is_web_process_responsive(view_) != FALSE;
+  if (processGone_ || std::exchange(responsive_, responsive) == responsive) return;
+  if (NavigationDelegate* delegate = webView_.navigationDelegate()) {
+    delegate->webContentResponsivenessChanged(webView_, responsive);
+  }
+}
+
+}  // namespace velto

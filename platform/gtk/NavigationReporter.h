@@ -1,0 +1,82 @@
+#pragma once
+
+#include <webkit2/webkit2.h>
+
+#include <string>
+#include <vector>
+
+#include "platform/foundation/WeakPtr.h"
+#include "platform/gtk/GObject.h"
+#include "platform/gtk/NavigationTracker.h"
+#include "platform/loop/MainQueue.h"
+#include "platform/web/WebView.h"
+
+namespace velto {
+
+class GtkWebEngine;
+
+/// Listens to what an engine view reports of its loads and its process, and tells the web view's delegates.
+class NavigationReporter final : public Weakable {
+ public:
+  /// All three outlive it.
+  NavigationReporter(GtkWebEngine& engine, WebView& webView, WebKitWebView* view);
+  NavigationReporter(const NavigationReporter&) = delete;
+  NavigationReporter& operator=(const NavigationReporter&) = delete;
+  ~NavigationReporter() { disconnect(); }
+
+  /// Reports nothing from now on.
+  void disconnect();
+
+  /// Numbers what the engine will be asked next. A request that has not started yet fails as cancelled, later.
+  Navigation request(NavigationTracker::Kind kind, const std::string& uri);
+  /// Fails the navigation, in whatever state it is, when its page has not begun after `seconds`.
+  void limit(Navigation navigation, double seconds, const Url& url);
+  /// Calls off what was requested and has not started.
+  void withdraw();
+
+  /// Whether the engine would go to the address within the page that is shown, which loads nothing.
+  [[nodiscard]] bool staysInDocument(const std::string& uri) const;
+  [[nodiscard]] bool isResponsive() const { return responsive_ && !processGone_; }
+  /// The page that a request of an own scheme is for.
+  [[nodiscard]] std::optional<Url> documentThatAsksFor(const std::string& uri) const;
+
+ private:
+  void connectSignals();
+  void loadChanged(WebKitLoadEvent event);
+  void loadStarted();
+  void loadCommitted();
+  void loadFinished();
+  void awaitTitle();
+  bool loadFailed(const char* uri, const GError& error);
+  void timedOut(Navigation navigation, const Url& url);
+  void reportFailure(const NavigationTracker::Attempt& attempt, const WebError& error);
+  void reportFinished();
+  void reportCancelled(const std::optional<NavigationTracker::Attempt>& attempt);
+
+  bool decidePolicy(WebKitPolicyDecision* decision, WebKitPolicyDecisionType type);
+  bool decideNavigation(WebKitNavigationPolicyDecision* decision);
+  bool runScriptDialog(WebKitScriptDialog* dialog);
+  void refusedToLeave(NavigationTracker::Attempt attempt);
+
+  void processTerminated();
+  void responsivenessChanged();
+
+  GtkWebEngine& engine_;
+  WebView& webView_;
+  WebKitWebView* view_;
+  NavigationTracker navigations_;
+  WorkItem timeout_;
+  /// Where the latest navigation that the engine asked about leads, in whatever frame.
+  std::string decidedUri_;
+  std::string committedUri_;
+  /// Its page is complete, but the engine has yet to tell the title.
+  std::optional<Navigation> finishing_;
+  WorkItem titleWait_;
+  /// What the page would not be left for.
+  std::optional<NavigationTracker::Attempt> refused_;
+  bool processGone_ = false;
+  bool responsive_ = true;
+  std::vector<SignalConnection> connections_;
+};
+
+}  // namespace velto

@@ -1,0 +1,39 @@
+#pragma once
+
+#include <webkit2/webkit2.h>
+
+#include <functional>
+
+#include "platform/gtk/GObject.h"
+#include "platform/loop/MainQueue.h"
+
+namespace velto {
+
+/// One engine view whose process has started, so that the next window need not wait for it. It has no parent and no page,
+/// and its history is empty.
+///
+/// It is made while nothing else is going on: some time after the last of the events that this is told of.
+class SpareWebView {
+ public:
+  SpareWebView(MainQueue& queue, std::function<GObjectPtr<WebKitWebView>()> make);
+  SpareWebView(const SpareWebView&) = delete;
+  SpareWebView& operator=(const SpareWebView&) = delete;
+  ~SpareWebView();
+
+  /// Makes one when there has been no such call for `seconds`, unless there is one.
+  void prepareAfter(double seconds);
+  /// The spare, or null when there is none.
+  [[nodiscard]] GObjectPtr<WebKitWebView> take();
+
+ private:
+  void prepare();
+  static void processTerminated(WebKitWebView*, WebKitWebProcessTerminationReason, gpointer self);
+
+  MainQueue& queue_;
+  std::function<GObjectPtr<WebKitWebView>()> make_;
+  GObjectPtr<WebKitWebView> view_;
+  SignalConnection terminated_;
+  WorkItem wakeUp_;
+};
+
+}  // namespace velto

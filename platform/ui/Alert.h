@@ -1,0 +1,31 @@
+#pragma once
+
+#include <cstddef>
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace velto {
+
+/// A question or message for the person.
+struct Alert {
+  enum class Style { informational, warning };
+  Style style = Style::informational;
+  std::string messageText;
+  std::string informativeText;
+  /// The first is the default; the last is what Escape and a closing window answer. Never empty.
+  std::vector<std::string> buttons;
+  /// A line of text to be filled in, with what stands in it at first.
+  std::optional<std::string> textField;
+};
+
+struct AlertAnswer {
+  /// Index into the alert's buttons.
+  std::size_t button = 0;
+  std::string text;
+};
+
+using AlertCompletion = std::function<void(const AlertAnswer&)>;
+
+}  // namespace velto

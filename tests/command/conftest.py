@@ -1,0 +1,55 @@
+"""A copy of the command with a hand-off program that only writes down how it was called."""
+
+import os
+import shutil
+import subprocess
+from pathlib import Path
+
+import pytest
+
+SCRIPT = Path(__file__).resolve().parents[2] / "resources" / "velto"
+SHELLS = {"dash": ["dash"], "bash": ["bash", "--posix"], "busybox": ["busybox", "sh"]}
+
+HAND_OFF = """#!/bin/sh
+printf '%s\\0' "${LC_ALL-unset}" "$@" > '{record}'
+exit {status}
+"""
+
+
+class Command:
+    def __init__(self, root, shell):
+        self.root = root
+        self.shell = shell
+        self.record = root / "record"
+        self.folder = root / "programs here"
+        self.folder.mkdir()
+        self.path = self.folder / "velto"
+        shutil.copy(SCRIPT, self.path)
+        self.install_hand_off()
+
+    def install_hand_off(self, status=0):
+        program = self.folder / "velto-open"
+        program.write_text(HAND_OFF.replace("{record}", str(self.record)).replace("{status}", str(status)))
+        program.chmod(0o755)
+
+    def __call__(self, *arguments, cwd=None, **environment):
+        return self.launch([*self.shell, self.path], *arguments, cwd=cwd, **environment)
+
+    def launch(self, program, *arguments, cwd=None, **environment):
+        inherited = {name: value for name, value in os.environ.items() if name != "LC_ALL"}
+        return subprocess.run(
+            [*program, *arguments], cwd=cwd or self.root, env=inherited | environment, capture_output=True,
+            stdin=subprocess.DEVNULL, timeout=20)
+
+    def handed_over(self):
+        """The locale and the arguments of the hand-off, or None when nothing was handed over."""
+        if not self.record.exists():
+            return None
+        return self.record.read_bytes().decode().split("\0")[:-1]
+
+
+@pytest.fixture(params=SHELLS)
+def velto(request, tmp_path):
+    if not shutil.which(SHELLS[request.param][0]):
+        pytest.skip(f"no {request.param} here")
+    return Command(tmp_path, SHELLS[request.param])

@@ -1,0 +1,256 @@
+#include <filesystem>
+#include <functional>
+#include <memory>
+#include <string>
+
+#include <gtest/gtest.h>
+#include <stdlib.h>
+
+#include "platform/foundation/FileManager.h"
+
+#ifdef VELTO_CONTRACT_HEADLESS
+#include "platform/headless/MemoryFileManager.h"
+#else
+#include <sys/stat.h>
+
+#include "platform/foundation/PosixFileManager.h"
+#endif
+
+namespace velto {
+namespace {
+
+using Kind = FileError::Kind;
+using Type = FileInfo::Type;
+
+#ifdef VELTO_CONTRACT_HEADLESS
+
+/// Files in memory below an empty folder.
+class Backend {
+ public:
+  Backend() { files_.createDirectory(root()); }
+  [[nodiscard]] FileManager& files() { return files_; }
+  [[nodiscard]] static std::filesystem::path root() { return "/root"; }
+  void makeLink(const std::filesystem::path& path, const std::filesystem::path& target) {
+    files_.makeLink(path, target);
+  }
+
+ private:
+  MemoryFileManager files_;
+};
+
+#else
+
+/// The disk below an empty folder that goes at the end.
+class Backend {
+ public:
+  Backend() {
+    std::string name = (std::filesystem::temp_directory_path() / "velto-files-XXXXXX").native();
+    if (::mkdtemp(name.data()) == nullptr) throw std::runtime_error("no temporary folder");
+    root_ = name;
+  }
+  Backend(const Backend&) = delete;
+  Backend& operator=(const Backend&) = delete;
+  ~Backend() { std::filesystem::remove_all(root_); }
+  [[nodiscard]] FileManager& files() { return files_; }
+  [[nodiscard]] std::filesystem::path root() const { return root_; }
+  static void makeLink(const std::filesystem::path& path, const std::filesystem::path& target) {
+    std::filesystem::create_symlink(target, path);
+  }
+
+ private:
+  PosixFileManager files_;
+  std::filesystem::path root_;
+};
+
+#endif
+
+class FileManagerContract : public testing::Test {
+ protected:
+  static std::optional<Kind> failure(const std::function<void()>& operation) {
+    try {
+      operation();
+    } catch (const FileError& error) {
+      return error.kind();
+    }
+    return std::nullopt;
+  }
+
+  Backend backend_;
+  FileManager& files_ = backend_.files();
+  const std::filesystem::path root_ = backend_.root();
+  const std::filesystem::path file_ = root_ / "file";
+};
+
+TEST_F(FileManagerContract, WritesAndReadsWholeFiles) {
+  for (const std::string& bytes :
+       {std::string("one"), std::string(), std::string(100000, 'x'), std::string("\0\n", 2)}) {
+    files_.writeAtomically(file_, bytes);
+    EXPECT_EQ(files_.read(file_), bytes);
+    EXPECT_EQ(files_.info(file_)->size, bytes.size());
+  }
+  EXPECT_EQ(files_.list(root_), std::vector<std::string>{"file"}) << "nothing else is left behind";
+}
+
+TEST_F(FileManagerContract, EveryReplacementCanBeTold) {
+  files_.writeAtomically(file_, "one");
+  const auto first = files_.info(file_);
+  EXPECT_EQ(files_.info(file_), first);
+  files_.writeAtomically(file_, "two");
+  EXPECT_NE(files_.info(file_), first);
+  EXPECT_GE(files_.info(file_)->modified, first->modified);
+  EXPECT_EQ(first->type, Type::file);
+}
+
+TEST_F(FileManagerContract, AppendsToTheEnd) {
+  files_.append(file_, "one");
+  const auto before = files_.info(file_);
+  files_.append(file_, "two");
+  EXPECT_EQ(files_.read(file_), "onetwo");
+  EXPECT_EQ(files_.info(file_)->inode, before->inode);
+  EXPECT_EQ(failure([&] { files_.append(root_, "x"); }), Kind::isDirectory);
+  EXPECT_EQ(failure([&] { files_.append(root_ / "none" / "file", "x"); }), Kind::notFound);
+}
+
+TEST_F(FileManagerContract, ReadsOnlyWhatIsThere) {
+  files_.writeAtomically(file_, "one");
+  EXPECT_EQ(failure([&] { (void)files_.read(root_ / "none"); }), Kind::notFound);
+  EXPECT_EQ(failure([&] { (void)files_.read(root_); }), Kind::isDirectory);
+  EXPECT_EQ(failure([&] { (void)files_.read(file_ / "inside"); }), Kind::notDirectory);
+  EXPECT_EQ(files_.readIfPossible(root_ / "none"), std::nullopt);
+  EXPECT_EQ(files_.readIfPossible(file_), "one");
+  EXPECT_FALSE(files_.exists(root_ / "none"));
+}
+
+TEST_F(FileManagerContract, WritesOnlyIntoFolders) {
+  files_.writeAtomically(file_, "one");
+  files_.createDirectory(root_ / "folder");
+  EXPECT_EQ(failure([&] { files_.writeAtomically(root_ / "none" / "file", "x"); }), Kind::notFound);
+  EXPECT_EQ(failure([&] { files_.writeAtomically(file_ / "inside", "x"); }), Kind::notDirectory);
+  EXPECT_EQ(failure([&] { files_.writeAtomically(root_ / "folder", "x"); }), Kind::isDirectory);
+  EXPECT_EQ(files_.list(root_), (std::vector<std::string>{"file", "folder"}))
+      << "nothing else is left behind";
+}
+
+TEST_F(FileManagerContract, NamesTheFileInItsErrors) {
+  try {
+    (void)files_.read(root_ / "Session.json");
+    FAIL();
+  } catch (const FileError& error) {
+    EXPECT_STREQ(error.what(), "“Session.json” could not be read: it does not exist.");
+  }
+}
+
+TEST_F(FileManagerContract, MakesFoldersWithThoseAbove) {
+  files_.createDirectory(root_ / "a" / "b" / "c");
+  files_.writeAtomically(root_ / "a" / "b" / "c" / "file", "x");
+  files_.createDirectory(root_ / "a" / "b" / "c" / "");
+  EXPECT_EQ(files_.read(root_ / "a" / "b" / "c" / "file"), "x");
+  EXPECT_EQ(files_.info(root_ / "a")->type, Type::directory);
+  files_.writeAtomically(file_, "x");
+  EXPECT_EQ(failure([&] { files_.createDirectory(file_); }), Kind::alreadyExists);
+  EXPECT_TRUE(failure([&] { files_.createDirectory(file_ / "inside"); }));
+}
+
+TEST_F(FileManagerContract, RemovesFilesAndTrees) {
+  files_.createDirectory(root_ / "a" / "b");
+  files_.createDirectory(root_ / "ab");
+  files_.writeAtomically(root_ / "a" / "b" / "file", "x");
+  files_.remove(root_ / "a");
+  EXPECT_EQ(files_.list(root_), std::vector<std::string>{"ab"});
+  EXPECT_FALSE(files_.exists(root_ / "a" / "b" / "file"));
+  EXPECT_EQ(failure([&] { files_.remove(root_ / "a"); }), Kind::notFound);
+}
+
+TEST_F(FileManagerContract, ListsInByteOrder) {
+  for (const char* name : {"b", ".hidden", "a10", "a9", "é", "B", "a.b"})
+    files_.writeAtomically(root_ / name, "");
+  files_.createDirectory(root_ / "a");
+  files_.writeAtomically(root_ / "a" / "inside", "");
+  EXPECT_EQ(files_.list(root_),
+            (std::vector<std::string>{".hidden", "B", "a", "a.b", "a10", "a9", "b", "é"}));
+  EXPECT_EQ(failure([&] { (void)files_.list(root_ / "none"); }), Kind::notFound);
+  EXPECT_EQ(failure([&] { (void)files_.list(root_ / "b"); }), Kind::notDirectory);
+}
+
+TEST_F(FileManagerContract, RenamesFilesAndFolders) {
+  files_.writeAtomically(file_, "new");
+  files_.writeAtomically(root_ / "old", "old");
+  const auto before = files_.info(file_);
+  files_.rename(file_, root_ / "old");
+  EXPECT_EQ(files_.read(root_ / "old"), "new");
+  EXPECT_EQ(files_.info(root_ / "old")->inode, before->inode);
+  EXPECT_FALSE(files_.exists(file_));
+
+  files_.createDirectory(root_ / "a" / "b");
+  files_.writeAtomically(root_ / "a" / "b" / "x", "x");
+  files_.rename(root_ / "a", root_ / "c");
+  EXPECT_EQ(files_.read(root_ / "c" / "b" / "x"), "x");
+  EXPECT_EQ(failure([&] { files_.rename(root_ / "none", root_ / "d"); }), Kind::notFound);
+  EXPECT_EQ(failure([&] { files_.rename(root_ / "old", root_ / "none" / "d"); }), Kind::notFound);
+  EXPECT_EQ(failure([&] { files_.rename(root_ / "old", root_ / "c"); }), Kind::alreadyExists);
+  EXPECT_TRUE(failure([&] { files_.rename(root_ / "c", root_ / "c" / "b" / "d"); }));
+  EXPECT_EQ(files_.list(root_), (std::vector<std::string>{"c", "old"}));
+}
+
+TEST_F(FileManagerContract, TreatsLinksAsTheSystemDoes) {
+  files_.writeAtomically(file_, "target");
+  const auto link = root_ / "link";
+  backend_.makeLink(link, "file");
+  EXPECT_EQ(files_.info(link)->type, Type::symbolicLink);
+  EXPECT_EQ(files_.read(link), "target");
+  files_.append(link, "+");
+  EXPECT_EQ(files_.read(file_), "target+");
+  files_.writeAtomically(link, "own");
+  EXPECT_EQ(files_.info(link)->type, Type::file);
+  EXPECT_EQ(files_.read(file_), "target+");
+
+  backend_.makeLink(root_ / "dangling", "none");
+  EXPECT_TRUE(files_.exists(root_ / "dangling"));
+  EXPECT_EQ(failure([&] { (void)files_.read(root_ / "dangling"); }), Kind::notFound);
+  backend_.makeLink(root_ / "circle", "circle");
+  EXPECT_EQ(failure([&] { (void)files_.read(root_ / "circle"); }), Kind::other);
+  backend_.makeLink(root_ / "other", "file");
+  files_.remove(root_ / "other");
+  EXPECT_TRUE(files_.exists(file_)) << "the link goes, not its target";
+}
+
+#ifndef VELTO_CONTRACT_HEADLESS
+
+TEST_F(FileManagerContract, KeepsEverythingPrivate) {
+  const auto mode = [](const std::filesystem::path& path) {
+    struct stat status {};
+    EXPECT_EQ(::stat(path.c_str(), &status), 0);
+    return status.st_mode & 0777U;
+  };
+  files_.createDirectory(root_ / "a" / "b");
+  EXPECT_EQ(mode(root_ / "a"), 0700U);
+  EXPECT_EQ(mode(root_ / "a" / "b"), 0700U);
+  files_.append(root_ / "log", "x");
+  EXPECT_EQ(mode(root_ / "log"), 0600U);
+  files_.writeAtomically(file_, "x");
+  EXPECT_EQ(mode(file_), 0600U);
+  ::chmod(file_.c_str(), 0644);
+  files_.writeAtomically(file_, "y");
+  EXPECT_EQ(mode(file_), 0600U);
+}
+
+TEST_F(FileManagerContract, DoesNotWaitForAPipe) {
+  ASSERT_EQ(::mkfifo(file_.c_str(), 0600), 0);
+  EXPECT_EQ(failure([&] { (void)files_.read(file_); }), Kind::other);
+  EXPECT_EQ(failure([&] { files_.append(file_, "x"); }), Kind::other);
+  EXPECT_EQ(files_.info(file_)->type, Type::other);
+}
+
+TEST_F(FileManagerContract, ANameWithANulIsNoOtherName) {
+  files_.writeAtomically(file_, "kept");
+  const std::filesystem::path cut = file_.native() + std::string("\0.json", 6);
+  EXPECT_TRUE(failure([&] { files_.writeAtomically(cut, "lost"); }));
+  EXPECT_TRUE(failure([&] { files_.remove(cut); }));
+  EXPECT_FALSE(files_.exists(cut));
+  EXPECT_EQ(files_.read(file_), "kept");
+}
+
+#endif
+
+}  // namespace
+}  // namespace velto

@@ -1,0 +1,62 @@
+"""Fixtures: desktops for a module, an application and a site for a test."""
+
+import sys
+from pathlib import Path
+
+import pytest
+
+sys.path.insert(0, str(Path(__file__).parent))
+
+from support.application import Application  # noqa: E402
+from support.desktop import Desktop  # noqa: E402
+from support.neighbours import Neighbour  # noqa: E402
+from support.site import Site  # noqa: E402
+
+
+@pytest.fixture(scope="module")
+def desktop():
+    """One display of 1280 by 800 with a window manager."""
+    started = Desktop.single()
+    yield started
+    started.stop()
+
+
+@pytest.fixture
+def site():
+    started = Site()
+    yield started
+    started.stop()
+
+
+@pytest.fixture
+def velto(desktop):
+    """An application with an empty home, which does not run yet."""
+    installed = Application(desktop)
+    yield installed
+    installed.remove()
+
+
+@pytest.fixture(scope="module")
+def shared(desktop):
+    installed = Application(desktop)
+    yield installed
+    installed.remove()
+
+
+@pytest.fixture
+def running(shared):
+    """An application that runs for the whole module, with no window at the beginning of each test."""
+    if not shared.pids():
+        shared.start()
+    yield shared
+    shared.close_windows()
+
+
+@pytest.fixture
+def neighbour(desktop):
+    """Another program's window, which has the keyboard."""
+    window = Neighbour(desktop)
+    window.activate()
+    window.forget_events()
+    yield window
+    window.remove()

@@ -1,0 +1,105 @@
+"""The programs under test, at home in a folder of their own."""
+
+import os
+import shutil
+import signal
+import subprocess
+import tempfile
+from pathlib import Path
+from urllib.parse import quote
+
+from . import processes
+from .waiting import wait_until
+
+PROGRAMS = Path(os.environ.get("VELTO_PROGRAMS") or Path(__file__).resolve().parents[3] / "build" / "bin")
+
+
+class Application:
+    """The three programs with one home on one desktop. Nothing runs until something is started."""
+
+    def __init__(self, desktop):
+        self.desktop = desktop
+        # Short, because the socket's address is.
+        self.home = Path(tempfile.mkdtemp(prefix="velto-", dir="/tmp"))
+        self.runtime = self.home / "runtime"
+        self.socket = self.runtime / "velto" / "socket"
+        self.runtime.mkdir(0o700)
+        (self.home / "tmp").mkdir(0o700)
+        self.environment = desktop.environment(self.home)
+        self._direct = []
+
+    def remove(self):
+        processes.kill(processes.of_runtime_directory(self.runtime))
+        for process in self._direct:
+            process.wait()
+        shutil.rmtree(self.home, ignore_errors=True)
+
+    def run(self, *command, **environment):
+        """Runs one of the programs to its end, perhaps with other values in its environment (None: none)."""
+        program, *arguments = command
+        variables = {name: value for name, value in (self.environment | environment).items() if value is not None}
+        return subprocess.run([PROGRAMS / program, *arguments], env=variables, timeout=60, cwd=self.home,
+                              stdin=subprocess.DEVNULL, capture_output=True, text=True)
+
+    def succeed(self, *command):
+        done = self.run(*command)
+        assert (done.returncode, done.stdout, done.stderr) == (0, "", ""), f"{command}: {done}"
+
+    def begin(self, *command):
+        """Starts one of the programs and goes on."""
+        program, *arguments = command
+        process = subprocess.Popen([PROGRAMS / program, *arguments], env=self.environment, cwd=self.home,
+                                   stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, stderr=subprocess.PIPE)
+        self._direct.append(process)
+        return process
+
+    def start(self):
+        """The application with no window."""
+        process = self.begin("velto-app")
+        wait_until(lambda: self.socket.exists() or process.poll() is not None, "velto-app starts")
+        assert process.poll() is None, process.communicate()
+        return process
+
+    def open(self, *arguments):
+        """What `velto` with these arguments opens."""
+        return self.window_from("velto", *arguments)
+
+    def hand_over(self, *arguments):
+        return self.window_from("velto-open", *arguments)
+
+    def window_from(self, *command):
+        before = set(self.windows())
+        self.succeed(*command)
+        return wait_until(lambda: set(self.windows()) - before, f"{command} opens a window").pop()
+
+    def window_at(self, frame):
+        """The one that is there, or comes there."""
+        def found():
+            return [window for window in self.windows() if window.frame() == frame]
+        return wait_until(found, lambda: f"a window at {frame} besides {self.windows()}")[0]
+
+    def windows(self):
+        return self.desktop.screen.windows()
+
+    def close_windows(self):
+        for window in self.windows():
+            window.ask_to_close()
+        wait_until(lambda: not self.windows(), lambda: f"all windows close: {self.windows()}")
+
+    def pids(self):
+        return processes.of_runtime_directory(self.runtime, "velto-app")
+
+    def pid(self):
+        only, = self.pids()
+        return only
+
+    def web_processes(self):
+        return processes.of_runtime_directory(self.runtime, "WebKitWebProcess")
+
+    def end(self, by=signal.SIGTERM):
+        processes.kill(self.pids(), by)
+
+
+def launch_url(page, scheme="velto", **keys):
+    """The URL that asks for that page."""
+    return f"{scheme}://open?url={quote(page, safe='')}" + "".join(f"&{key}={value}" for key, value in keys.items())

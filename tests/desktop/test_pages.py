@@ -1,0 +1,90 @@
+"""A window's page: zoom, slow servers, pages that die."""
+
+import os
+import signal
+import threading
+
+import pytest
+
+from support import processes
+from support.waiting import wait_until
+
+COLOUR, OTHER = "#2060c0", "#208040"
+BOX = "<div style='width:100px;height:100px;background:#ff0000'></div>"
+BURNS = """<script>
+onclick = () => {
+  const until = Date.now() + 500
+  while (Date.now() < until);
+  fetch("/burnt")
+}
+onkeydown = () => fetch("/key")
+</script>"""
+# Of the page that tells about a dead one.
+BUTTON = (0xFF, 0xFD, 0xF7)
+
+
+@pytest.mark.parametrize("zoom, side", [("100", 100), ("200", 200), ("2", 200), ("50%", 50), ("1000", 300), ("1%", 25),
+                                        ("0", 100)])
+def test_zoom(running, site, zoom, side):
+    window = running.open(site.page("/page", COLOUR, BOX), "--size", "420x420", "--zoom", zoom)
+    window.wait_until_shows(COLOUR)
+    inside, outside = (side - 1, side - 1), (side, side)
+    wait_until(lambda: (window.colour(*inside), window.colour(*outside)) == ("#ff0000", COLOUR),
+               lambda: f"the box ends at {side}: {window.colour(*inside)}, {window.colour(*outside)}")
+
+
+def test_a_window_is_there_before_its_page(running, site):
+    gate = threading.Event()
+    slow = running.open(site.page("/slow", COLOUR, gate=gate), "--size", "300x200", "--top-left")
+    site.wait_for("/slow")
+    slow.wait_for_frame(0, 0, 300, 200)
+    other = running.open(site.page("/other", OTHER), "--size", "300x200", "--x", "400")
+    other.wait_until_shows(OTHER)
+    gate.set()
+    slow.wait_until_shows(COLOUR)
+
+
+def process_of(window, site, application):
+    """The page's process is the one that works when the page does."""
+    before = {pid: processes.processor_time(pid) for pid in application.web_processes()}
+    application.desktop.input.click(*window.centre())
+    site.wait_for("/burnt")
+    return max(before, key=lambda pid: processes.processor_time(pid) - before[pid])
+
+
+def button_in(window):
+    """The middle of what has the colour of a button, in root coordinates; None when there is none."""
+    picture = window.picture()
+    pixels = picture.load()
+    found = [(x, y) for x in range(0, picture.width, 2) for y in range(0, picture.height, 2) if pixels[x, y] == BUTTON]
+    if len(found) < 100:
+        return None
+    frame = window.frame()
+    return frame.x + sum(x for x, _ in found) // len(found), frame.y + sum(y for _, y in found) // len(found)
+
+
+def test_a_page_that_dies_says_so_and_comes_back(running, site):
+    dying = running.open(site.page("/dying", COLOUR, BURNS), "--size", "500x400", "--top-left")
+    dying.wait_until_shows(COLOUR)
+    other = running.open(site.page("/other", OTHER, BURNS), "--size", "400x400", "--x", "600")
+    other.wait_until_shows(OTHER)
+
+    os.kill(process_of(dying, site, running), signal.SIGKILL)
+    reload = wait_until(lambda: button_in(dying), "the window offers to load the page again")
+    assert other.shows(OTHER)
+    running.desktop.input.click(*other.centre())
+    running.desktop.input.press("v")
+    site.wait_for("/key")
+
+    running.desktop.input.click(*reload)
+    dying.wait_until_shows(COLOUR)
+    assert site.count("/dying") == 2
+    dying.close()
+
+
+def test_a_dead_page_does_not_keep_its_window(running, site):
+    window = running.open(site.page("/page", COLOUR, BURNS), "--top-left")
+    window.wait_until_shows(COLOUR)
+    os.kill(process_of(window, site, running), signal.SIGKILL)
+    wait_until(lambda: not window.shows(COLOUR), "the page is gone")
+    window.close()

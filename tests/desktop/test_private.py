@@ -1,0 +1,92 @@
+"""What is left on disk, and who may read it."""
+
+import os
+
+from support.waiting import wait_until
+
+KEEPS = """<script>
+document.cookie = "{mark}-cookie=1; max-age=9999"
+localStorage.setItem("{mark}-item", "1")
+const opening = indexedDB.open("{mark}-database")
+opening.onupgradeneeded = () => opening.result.createObjectStore("things")
+opening.onsuccess = () => {{
+  const storing = opening.result.transaction("things", "readwrite")
+  storing.objectStore("things").put("{mark}-thing", 1)
+  storing.oncomplete = () => fetch("/{mark}-done?cookie=" + document.cookie)
+}}
+</script>"""
+ORDINARY, PRIVATE = "zebra", "walrus"
+COLOUR = "#2060c0"
+
+
+def page_that_keeps(site, mark):
+    return site.page(f"/{mark}-page", COLOUR, KEEPS.format(mark=mark), {"Cache-Control": "max-age=9999"})
+
+
+def marks_below(folder, mark):
+    """The texts that begin with the mark, in any file's content or name, in the encodings that the engine uses."""
+    found = set()
+    for parent, folders, files in os.walk(folder):
+        texts = [name.encode() for name in folders + files]
+        for name in files:
+            path = os.path.join(parent, name)
+            if os.path.isfile(path):
+                with open(path, "rb") as file:
+                    texts.append(file.read())
+        for text in texts:
+            for kind in ("cookie", "item", "thing", "page"):
+                word = f"{mark}-{kind}"
+                if word.encode() in text or word.encode("utf-16-le") in text:
+                    found.add(kind)
+    return found
+
+
+def test_incognito_leaves_nothing(velto, site):
+    ordinary = velto.open(page_that_keeps(site, ORDINARY))
+    private = velto.open(page_that_keeps(site, PRIVATE), "--incognito")
+    for mark in (ORDINARY, PRIVATE):
+        assert f"{mark}-cookie=1" in site.wait_for(f"/{mark}-done")["cookie"]
+    assert ORDINARY not in site.wait_for(f"/{PRIVATE}-done")["cookie"], "a private window sees no stored cookies"
+    ordinary.close()
+    private.close()
+    velto.end()
+    wait_until(lambda: not velto.web_processes(), "the pages' processes end")
+    wait_until(lambda: marks_below(velto.home, ORDINARY) == {"cookie", "item", "thing", "page"},
+               lambda: f"an ordinary window leaves its traces, not only {marks_below(velto.home, ORDINARY)}")
+    assert marks_below(velto.home, PRIVATE) == set()
+
+
+def test_what_an_ordinary_window_keeps_is_there_again(velto, site):
+    velto.open(page_that_keeps(site, ORDINARY))
+    site.wait_for(f"/{ORDINARY}-done")
+    velto.end()
+    page = site.page("/later", COLOUR, f"<script>fetch('/kept?item=' + localStorage['{ORDINARY}-item'])</script>")
+    velto.open(page)
+    assert site.wait_for("/kept") == {"item": "1"}
+    assert f"{ORDINARY}-cookie=1" in site.headers_of("/later")["Cookie"]
+
+
+def test_private_windows_share_nothing(running, site):
+    running.open(page_that_keeps(site, PRIVATE), "--incognito")
+    site.wait_for(f"/{PRIVATE}-done")
+    other = running.open(site.page("/other", COLOUR), "--incognito")
+    other.wait_until_shows(COLOUR)
+    assert "Cookie" not in site.headers_of("/other")
+
+
+def test_files_are_the_persons_own(velto, site):
+    os.umask(0o022)
+    velto.open(page_that_keeps(site, ORDINARY))
+    site.wait_for(f"/{ORDINARY}-done")
+    velto.end()
+    velto.open(site.page("/again", COLOUR)).wait_until_shows(COLOUR)
+    seen, open_to_others = 0, []
+    for base in ("data", "config", "cache", "runtime"):
+        for parent, folders, files in os.walk(velto.home / base / ("velto" if base == "runtime" else "Velto")):
+            for path in [parent, *(os.path.join(parent, name) for name in files)]:
+                seen += 1
+                mode = os.lstat(path).st_mode
+                if mode & 0o077 and not os.path.islink(path):
+                    open_to_others.append((path, oct(mode)))
+    assert seen > 10
+    assert open_to_others == []

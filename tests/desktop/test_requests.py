@@ -1,0 +1,139 @@
+"""What a URL opens, and when it raises a window instead."""
+
+import pytest
+from Xlib import X
+
+from support.application import launch_url
+from support.waiting import wait_until
+
+FIRST, SECOND, THIRD = "#a03030", "#30a030", "#3030a0"
+
+
+@pytest.mark.parametrize("scheme, keys, frame", [
+    ("velto", {"width": 420, "height": 300, "x": 0, "y": 0}, (0, 0, 420, 300)),
+    ("hovrel", {"width": 420, "height": 300, "x": 0, "y": 0}, (0, 0, 420, 300)),
+    ("velto", {"width": "500&width=900", "x": 5}, (5, 0, 500, 700)),
+    ("velto", {"width": "5e2", "height": 300, "x": "+5", "y": "", "Y": 9}, (5, 0, 900, 300)),
+    ("velto", {}, (190, 33, 900, 700)),
+])
+def test_launch_url(running, site, scheme, keys, frame):
+    window = running.hand_over(launch_url(site.page("/page", FIRST), scheme, **keys))
+    window.wait_for_frame(*frame)
+    window.wait_until_shows(FIRST)
+    assert window.title() == "127.0.0.1"
+
+
+def test_plain_address(running, site):
+    window = running.hand_over(site.page("/page", FIRST))
+    window.wait_for_frame(190, 33, 900, 700)
+    window.wait_until_shows(FIRST)
+
+
+def test_local_file(running):
+    file = running.home / "a page.html"
+    file.write_text(f"<body style='background:{SECOND}'>")
+    running.open("./a page.html").wait_until_shows(SECOND)
+
+
+def test_several_urls_at_once(running, site):
+    pages = [launch_url(site.page(f"/{i}", colour), width=200, height=150, x=i * 250, y=0)
+             for i, colour in enumerate([FIRST, SECOND, THIRD])]
+    running.succeed("velto-open", *pages)
+    for i, colour in enumerate([FIRST, SECOND, THIRD]):
+        running.window_at((i * 250, 0, 200, 150)).wait_until_shows(colour)
+
+
+@pytest.mark.parametrize("argument", [
+    "VELTO://open?url={page}",
+    "velto://open?width=500",
+    "velto://open?url=",
+    "velto://open?URL={page}",
+    "velto://open?player=youtube&v=short&url={page}",
+    "velto://history",
+    "velto://import-safari?sync=true",
+    "velto://layout?url={page}",
+    "ftp://127.0.0.1/",
+    "{page_without_scheme}",
+    "no url",
+    "",
+])
+def test_opens_nothing_and_hinders_nothing(running, site, argument):
+    page = site.page("/unwanted", FIRST)
+    running.succeed("velto-open", argument.format(page=page, page_without_scheme=page.partition("://")[2]))
+    # Requests are carried out in their order, so that what this one shows is all there is to come.
+    later = running.hand_over(launch_url(site.page("/wanted", SECOND)))
+    later.wait_until_shows(SECOND)
+    assert running.windows() == [later]
+    assert site.count("/unwanted") == 0
+
+
+# What the second request says besides "reuse this page", and whether the first window serves for it.
+@pytest.mark.parametrize("first, second, path, raised", [
+    ([], [], "/page", True),
+    ([], [], "/page#section", True),
+    ([], ["--size", "300x200", "--x", "9"], "/page", True),
+    ([], [], "/other", False),
+    ([], [], "/page?query", False),
+    ([], ["--incognito"], "/page", False),
+    (["--incognito"], [], "/page", False),
+])
+def test_reuse(running, site, first, second, path, raised):
+    page = site.page("/page", FIRST)
+    site.page("/other", FIRST)
+    window = running.open(page, *first, "--size", "420x300", "--top-left")
+    window.wait_until_shows(FIRST)
+    cover = running.open(site.page("/cover", SECOND), "--size", "600x400", "--top-left")
+    cover.wait_until_shows(SECOND)
+
+    if raised:
+        running.succeed("velto", site.url(path), "--reuse", *second)
+        window.wait_until_shows(FIRST)
+        wait_until(window.has_focus, "the raised window has the keyboard")
+        assert window.frame() == (0, 0, 420, 300)
+        assert set(running.windows()) == {window, cover}
+    else:
+        opened = running.open(site.url(path), "--reuse", *second)
+        opened.wait_until_shows(FIRST)
+        assert set(running.windows()) == {window, cover, opened}
+
+
+def test_without_reuse_the_same_page_opens_twice(running, site):
+    page = site.page("/page", FIRST)
+    running.open(page).wait_until_shows(FIRST)
+    running.open(page).wait_until_shows(FIRST)
+    assert site.count("/page") == 2
+
+
+def test_reuse_brings_an_iconified_window_back(running, site):
+    page = site.page("/page", FIRST)
+    window = running.open(page)
+    window.wait_until_shows(FIRST)
+    window.screen.tell_manager(window.handle, "WM_CHANGE_STATE", 3)
+    window.wait_until_gone()
+    running.succeed("velto", page, "--reuse")
+    wait_until(window.is_open, "the window is back")
+    window.wait_until_shows(FIRST)
+    wait_until(window.has_focus, "it has the keyboard")
+
+
+def test_reuse_with_on_top_keeps_the_window_above(running, site):
+    page = site.page("/page", FIRST)
+    window = running.open(page)
+    window.wait_until_shows(FIRST)
+    assert "_NET_WM_STATE_ABOVE" not in window.states()
+    running.succeed("velto", page, "--reuse", "--on-top")
+    wait_until(lambda: "_NET_WM_STATE_ABOVE" in window.states(), "the window is kept above")
+    assert running.windows() == [window]
+
+
+def test_reuse_with_no_focus_raises_only(running, site, neighbour):
+    page = site.page("/page", FIRST)
+    window = running.open(page, "--size", "600x500", "--top-left", "--background")
+    window.wait_until_shows(FIRST)
+    neighbour.activate()
+    wait_until(lambda: neighbour.screen.is_above(neighbour, window), "the neighbour is in front")
+    neighbour.forget_events()
+    running.succeed("velto", page, "--reuse", "--no-focus")
+    wait_until(lambda: window.screen.is_above(window, neighbour), "the window is in front")
+    assert neighbour.has_focus()
+    assert neighbour.events(X.FocusOut) == []

@@ -1,0 +1,86 @@
+#include <fstream>
+
+#include <sys/stat.h>
+
+#include "handoff/HandoffError.h"
+#include "handoff/RuntimeDirectory.h"
+#include "tests/handoff/HandoffTesting.h"
+
+namespace velto {
+namespace {
+
+class RuntimeDirectoryTest : public testing::HandoffTest {
+ protected:
+  [[nodiscard]] std::filesystem::path folder() const { return root() / "velto"; }
+
+  [[nodiscard]] std::string refusal(uid_t owner = ::geteuid()) const {
+    try {
+      return "opened " + RuntimeDirectory::open(root().c_str(), owner).path();
+    } catch (const HandoffError& error) {
+      return error.what();
+    }
+  }
+};
+
+TEST(RuntimeDirectory, whereItIs) {
+  struct Case {
+    const char* xdgRuntimeDir;
+    const char* path;
+  };
+  for (const auto& [xdgRuntimeDir, path] :
+       {Case{nullptr, "/tmp/velto-1234"}, Case{"", "/tmp/velto-1234"}, Case{"run/user", "/tmp/velto-1234"},
+        Case{"/run/user/1234", "/run/user/1234/velto"}, Case{"/run/user/1234/", "/run/user/1234/velto"}}) {
+    EXPECT_EQ(RuntimeDirectory::pathFor(xdgRuntimeDir, 1234), path);
+  }
+}
+
+TEST_F(RuntimeDirectoryTest, isMadePrivateAndOpenedAgain) {
+  EXPECT_EQ(refusal(), "opened " + folder().string());
+  struct stat status {};
+  ASSERT_EQ(::stat(folder().c_str(), &status), 0);
+  EXPECT_EQ(status.st_mode & 07777U, 0700U);
+  EXPECT_EQ(refusal(), "opened " + folder().string());
+}
+
+TEST_F(RuntimeDirectoryTest, openToOthersIsRefused) {
+  std::filesystem::create_directory(folder());
+  for (const mode_t mode : {0755U, 0710U, 0702U}) {
+    ASSERT_EQ(::chmod(folder().c_str(), mode), 0);
+    const std::string text = refusal();
+    EXPECT_NE(text.find("is open to other users (mode 0"), std::string::npos) << text;
+    EXPECT_NE(text.find("chmod 700 " + folder().string()), std::string::npos) << text;
+  }
+}
+
+TEST_F(RuntimeDirectoryTest, anythingButAFolderIsRefused) {
+  std::filesystem::create_directory_symlink(root(), folder());
+  EXPECT_EQ(refusal(), folder().string() + " is a symbolic link; remove it and try again");
+  std::filesystem::remove(folder());
+  std::filesystem::create_symlink("nowhere", folder());
+  EXPECT_EQ(refusal(), folder().string() + " is a symbolic link; remove it and try again");
+  std::filesystem::remove(folder());
+  std::ofstream(folder()) << "x";
+  EXPECT_EQ(refusal(), folder().string() + " is not a folder; remove it and try again");
+}
+
+TEST_F(RuntimeDirectoryTest, somebodyElsesIsRefused) {
+  const std::string uid = std::to_string(::geteuid());
+  EXPECT_EQ(refusal(::geteuid() + 1), "XDG_RUNTIME_DIR, " + root().string() +
+                                          ", belongs to another user (uid " + uid +
+                                          "); run this as that user, or unset the variable");
+  EXPECT_FALSE(std::filesystem::exists(folder()));
+
+  if (::geteuid() != 0) GTEST_SKIP() << "only root can give a folder away";
+  std::filesystem::create_directory(folder());
+  ASSERT_EQ(::chown(folder().c_str(), 1, 1), 0);
+  EXPECT_EQ(refusal(), "the folder " + folder().string() +
+                           " belongs to another user (uid 1); have it removed and try again");
+}
+
+TEST_F(RuntimeDirectoryTest, aMissingXdgRuntimeDirIsRefused) {
+  const std::string path = root() / "missing";
+  EXPECT_THROW(RuntimeDirectory::open(path.c_str(), ::geteuid()), HandoffError);
+}
+
+}  // namespace
+}  // namespace velto

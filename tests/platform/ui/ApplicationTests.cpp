@@ -1,0 +1,82 @@
+#include "platform/ui/Application.h"
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "platform/headless/HeadlessPlatform.h"
+
+namespace velto {
+namespace {
+
+class RecordingDelegate final : public ApplicationDelegate {
+ public:
+  void applicationWillFinishLaunching() override {}
+  void applicationDidFinishLaunching() override {}
+  void applicationOpenURLs(const std::vector<Url>&) override {}
+  void applicationOpenArguments(const std::vector<std::string>&) override {}
+  bool applicationOpenUntitledFile() override { return false; }
+  bool applicationShouldHandleReopen(bool) override { return false; }
+  void applicationDidBecomeActive() override { log.emplace_back("active"); }
+  bool applicationShouldTerminateAfterLastWindowClosed() override { return false; }
+  void applicationWillTerminate() override {
+    log.emplace_back("will terminate");
+    application->terminate();
+  }
+  Application* application = nullptr;
+  std::vector<std::string> log;
+};
+
+class ApplicationTest : public testing::Test {
+ protected:
+  ApplicationTest() {
+    delegate.application = &application;
+    application.setDelegate(delegate);
+  }
+  std::unique_ptr<Window> make() { return std::make_unique<Window>(application, Rect{{0, 0}, {10, 10}}, 0); }
+  HeadlessPlatform headless;
+  Application& application = headless.application();
+  RecordingDelegate delegate;
+};
+
+using Windows = std::vector<Window*>;
+
+TEST_F(ApplicationTest, ListsWindowsInOrderOfMakingUntilTheyClose) {
+  const auto first = make();
+  auto second = make();
+  const auto third = make();
+  EXPECT_EQ(application.windows(), (Windows{first.get(), second.get(), third.get()}));
+  first->close();
+  EXPECT_EQ(application.windows(), (Windows{second.get(), third.get()}));
+  second.reset();
+  EXPECT_EQ(application.windows(), Windows{third.get()});
+}
+
+TEST_F(ApplicationTest, BecomesActiveWithItsFirstKeyWindowOnly) {
+  const auto first = make();
+  const auto second = make();
+  first->makeKeyAndOrderFront();
+  second->makeKeyAndOrderFront();
+  EXPECT_EQ(delegate.log, std::vector<std::string>{"active"});
+  headless.windowSystem().focus(nullptr);
+  EXPECT_FALSE(application.isActive());
+  first->makeKeyAndOrderFront();
+  EXPECT_EQ(delegate.log, (std::vector<std::string>{"active", "active"}));
+}
+
+TEST_F(ApplicationTest, TerminatesOnce) {
+  application.terminate();
+  EXPECT_EQ(delegate.log, std::vector<std::string>{"will terminate"});
+  EXPECT_TRUE(headless.windowSystem().isStopped());
+}
+
+TEST_F(ApplicationTest, TheFirstScreenIsTheMainOne) {
+  EXPECT_EQ(application.mainScreen()->visibleFrame, (Rect{{0, 0}, {1920, 1053}}));
+  headless.windowSystem().setScreens({});
+  EXPECT_EQ(application.mainScreen(), std::nullopt);
+}
+
+}  // namespace
+}  // namespace velto

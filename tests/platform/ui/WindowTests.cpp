@@ -1,0 +1,230 @@
+#include "platform/ui/Window.h"
+
+#include <cmath>
+#include <limits>
+#include <memory>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "platform/headless/HeadlessPlatform.h"
+
+namespace velto {
+namespace {
+
+class RecordingWindowDelegate final : public WindowDelegate {
+ public:
+  void windowDidBecomeKey(Window&) override { log.emplace_back("key"); }
+  bool windowShouldClose(Window&) override {
+    log.emplace_back("should close");
+    return mayClose;
+  }
+  void windowWillClose(Window& window) override {
+    log.emplace_back("will close");
+    if (onWillClose) onWillClose(window);
+  }
+  void windowDidMove(Window&) override { log.emplace_back("moved"); }
+  void windowDidResize(Window&) override { log.emplace_back("resized"); }
+
+  bool mayClose = true;
+  std::function<void(Window&)> onWillClose;
+  std::vector<std::string> log;
+};
+
+using Log = std::vector<std::string>;
+
+class WindowTest : public testing::Test {
+ protected:
+  std::unique_ptr<Window> make(const Rect& frame = {{0, 0}, {400, 300}}, unsigned style = style_mask::kTitled) {
+    auto window = std::make_unique<Window>(headless.application(), frame, style);
+    window->setDelegate(delegate);
+    return window;
+  }
+  HeadlessPlatform headless;
+  RecordingWindowDelegate delegate;
+};
+
+TEST_F(WindowTest, HoldsItsSizeBetweenTheLeastAndTheMost) {
+  struct Case {
+    Size minimum, asked, given;
+  };
+  constexpr double kInfinity = std::numeric_limits<double>::infinity();
+  for (const Case& c : {
+           Case{{0, 0}, {420, 760}, {420, 760}},
+           {{25, 25}, {10, 30}, {25, 30}},
+           {{25, 25}, {-5, 0}, {25, 25}},
+           {{0, 0}, {0, 0.25}, {1, 1}},
+           {{0, 0}, {1e18, 16000.5}, {16000, 16000}},
+           {{320, 180}, {std::nan(""), kInfinity}, {320, 180}},
+           {{99999, 1}, {10, 10}, {16000, 10}},
+       }) {
+    const auto window = make();
+    window->setMinSize(c.minimum);
+    window->setFrame({{7, 8}, c.asked});
+    EXPECT_EQ(window->frame().size, c.given) << c.asked.width << "x" << c.asked.height;
+    EXPECT_EQ(window->frame().origin, (Point{7, 8}));
+  }
+}
+
+TEST_F(WindowTest, ALargerMinimumGrowsTheWindow) {
+  const auto window = make({{0, 0}, {100, 400}});
+  window->setMinSize({320, 180});
+  EXPECT_EQ(window->frame().size, (Size{320, 400}));
+  EXPECT_EQ(delegate.log, Log{"resized"});
+}
+
+TEST_F(WindowTest, TellsMovesAndResizesAndTheContentFollows) {
+  const auto window = make();
+  window->setContentView(std::make_unique<View>());
+  EXPECT_EQ(window->contentView()->frame(), (Rect{{0, 0}, {400, 300}}));
+  window->setFrameOrigin({5, 5});
+  window->setFrame({{5, 5}, {50, 60}});
+  headless.windowSystem().moveByHand(*window, {{9, 9}, {70, 80}});
+  headless.windowSystem().moveByHand(*window, {{9, 9}, {70, 80}});
+  EXPECT_EQ(delegate.log, (Log{"moved", "resized", "moved", "resized"}));
+  EXPECT_EQ(window->contentView()->frame(), (Rect{{0, 0}, {70, 80}}));
+}
+
+TEST_F(WindowTest, CentersALittleAboveTheMiddleOfItsScreen) {
+  struct Case {
+    Rect visible;
+    Size size;
+    Point origin;
+  };
+  for (const Case& c : {
+           Case{{{0, 0}, {1920, 1053}}, {900, 700}, {510, 235}},
+           {{{100, 50}, {1000, 700}}, {301, 100}, {450, 450}},
+           {{{100, 50}, {1000, 700}}, {2000, 900}, {100, 50}},
+       }) {
+    Screen screen;
+    screen.frame = c.visible;
+    screen.visibleFrame = c.visible;
+    headless.windowSystem().setScreens({screen});
+    const auto window = make({c.visible.origin, c.size});
+    window->center();
+    EXPECT_EQ(window->frame().origin, c.origin) << window->frame().origin.x << ", " << window->frame().origin.y;
+  }
+}
+
+TEST_F(WindowTest, IsOnTheScreenThatShowsMostOfIt) {
+  Screen main = HeadlessWindowSystem::defaultScreen();
+  Screen left = main;
+  left.number = 2;
+  left.frame = {{-1000, 0}, {1000, 800}};
+  headless.windowSystem().setScreens({main, left});
+  for (const auto& [x, number] : {std::pair{100.0, 1}, {-500.0, 2}, {-160.0, 1}, {-240.0, 2}, {-200.0, 1}, {-9000.0, 1}}) {
+    EXPECT_EQ(make({{x, 10}, {400, 300}})->screen()->number, number) << x;
+  }
+  headless.windowSystem().setScreens({});
+  const auto window = make({{3, 4}, {10, 10}});
+  EXPECT_EQ(window->screen(), std::nullopt);
+  window->center();
+  EXPECT_EQ(window->frame().origin, (Point{3, 4}));
+}
+
+TEST_F(WindowTest, CloseAsksThenTellsThenLeavesTheScreen) {
+  const auto window = make();
+  window->makeKeyAndOrderFront();
+  delegate.log.clear();
+  delegate.mayClose = false;
+  window->close();
+  EXPECT_EQ(delegate.log, Log{"should close"});
+  EXPECT_TRUE(window->isVisible());
+
+  delegate.mayClose = true;
+  delegate.onWillClose = [](Window& closing) {
+    EXPECT_TRUE(closing.isClosed());
+    closing.close();
+    closing.setFrameOrigin({50, 50});
+  };
+  window->close();
+  window->close();
+  EXPECT_EQ(delegate.log, (Log{"should close", "should close", "will close"}));
+  EXPECT_FALSE(window->isVisible());
+  EXPECT_TRUE(headless.application().windows().empty());
+  EXPECT_EQ(headless.application().keyWindow(), nullptr);
+
+  window->makeKeyAndOrderFront();
+  window->orderFrontRegardless();
+  EXPECT_FALSE(window->isVisible());
+}
+
+TEST_F(WindowTest, MayBeFreedByItsDelegateOnceTheCloseIsOver) {
+  for (const bool runs : {true, false}) {
+    HeadlessPlatform desktop;
+    auto owned = std::make_unique<Window>(desktop.application(), Rect{{0, 0}, {100, 100}}, style_mask::kTitled);
+    owned->setContentView(std::make_unique<View>());
+    owned->setDelegate(delegate);
+    const WeakPtr<Window> weak = *owned;
+    owned->makeKeyAndOrderFront();
+    delegate.onWillClose = [&](Window&) {
+      desktop.loop().async([freed = std::move(owned)]() mutable { freed.reset(); });
+    };
+    desktop.windowSystem().clickDelete(*owned);
+    EXPECT_TRUE(weak);
+    if (runs) {
+      desktop.loop().drain();
+      EXPECT_FALSE(weak);
+    }
+    // When it does not run, the platform frees the window with its queue.
+  }
+}
+
+TEST_F(WindowTest, OutlivesItsDelegate) {
+  auto window = make();
+  {
+    RecordingWindowDelegate gone;
+    window->setDelegate(gone);
+  }
+  window->setFrameOrigin({1, 1});
+  window->makeKeyAndOrderFront();
+  window->close();
+  EXPECT_TRUE(window->isClosed());
+}
+
+TEST_F(WindowTest, TellsThePeerOfRealChangesOnly) {
+  struct CountingPeer : WindowPeer {
+    explicit CountingPeer(int& changes) : count(changes) {}
+    void contentViewChanged() override {}
+    void frameChanged() override {}
+    void attributesChanged() override { ++count; }
+    void order(Order) override {}
+    void setMiniaturized(bool) override {}
+    [[nodiscard]] int grantedLevel() const override { return 0; }
+    int& count;
+  };
+  struct CountingSystem : WindowSystem {
+    std::unique_ptr<WindowPeer> makePeer(Window&) override { return std::make_unique<CountingPeer>(changes); }
+    [[nodiscard]] std::vector<Screen> screens() const override { return {}; }
+    void activate() override {}
+    void showAlert(const Alert&, WeakPtr<Window>, AlertCompletion) override {}
+    [[nodiscard]] bool prefersReducedMotion() const override { return false; }
+    void beep() override {}
+    void stop() override {}
+    int changes = 0;
+  } system;
+  Application application(system);
+  Window window(application, {{0, 0}, {10, 10}}, 0);
+  for (int round = 0; round < 2; ++round) {
+    window.setTitle("t");
+    window.setLevel(kFloatingWindowLevel);
+    window.setMinSize({5, 5});
+    window.setDarkAppearance(true);
+    window.setIdentifier("hovrel-window");
+  }
+  EXPECT_EQ(system.changes, 5);
+}
+
+TEST_F(WindowTest, ReplacedContentLeavesTheWindow) {
+  const auto window = make();
+  window->setContentView(std::make_unique<View>());
+  const WeakPtr<View> first = *window->contentView();
+  window->setContentView(std::make_unique<View>());
+  EXPECT_FALSE(first);
+  EXPECT_EQ(window->contentView()->window(), window.get());
+}
+
+}  // namespace
+}  // namespace velto
