@@ -24,7 +24,7 @@ TOOLS = os.environ.get("VELTO_BENCHMARK_PROGRAMS", os.path.join(ROOT, "build/rel
 INSIDE = "VELTO_BENCHMARK_SCREEN"  # set once we are on a screen of our own
 
 PATIENCE = 20  # seconds for a pixel
-IDLE_SETTLING = 8  # seconds until what is due after a start is over
+IDLE_SETTLING = 33  # seconds: the engine tidies up once 10, 20 and 30 s after a window has gone, and then rests
 IDLE_SECONDS = 5
 HANDOFF_RUNS = 40
 
@@ -190,20 +190,25 @@ MEASURES = ["handoff", "warm", "cold", "idle", "memory"]
 
 
 def measure(names, runs):
+    load, processors = os.getloadavg()[0], os.cpu_count()
+    rough = "; something else is running, so the figures are rough" if load > processors / 2 else ""
+    print(f"{processors} processors, load {load:.1f}{rough}", flush=True)
     desk.adopt_orphans()
     bench = Bench(runs)
     failures = []
     for name in names:
         try:
-            getattr(bench, name)()
+            try:
+                getattr(bench, name)()
+            finally:
+                desk.end_all()
         except NotMeasured as reason:
             failures.append(f"not measured: {name}: {reason}")
-        finally:
-            desk.end_all()
     print()
     if bench.rows:
         print(table.text(bench.rows))
-    print(*failures, sep="\n", end="")
+    for failure in failures:
+        print(failure)
     return 1 if failures else 0
 
 

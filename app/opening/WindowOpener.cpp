@@ -182,8 +182,9 @@ void WindowOpener::startLoad(WebView& webView, const Url& url, const WindowOptio
     cookiesSet.enter();
     jar.setCookie(cookie, [cookiesSet]() mutable { cookiesSet.leave(); });
   }
+  // What was asked of the page meanwhile counts more, closing its window above all.
   cookiesSet.notify([view = WeakPtr<WebView>(webView), url] {
-    if (view) view->load({url});
+    if (view && !view->isLoading() && !view->url()) view->load({url});
   });
 }
 

@@ -14,7 +14,8 @@ constexpr std::array<std::size_t, 4> kDescriptors = {54, 72, 90, 108};
 constexpr std::array<std::uint8_t, 5> kNameDescriptor = {0x00, 0x00, 0x00, 0xFC, 0x00};
 constexpr std::size_t kNameLength = 13;
 
-/// Up to the line feed that ends it; what is not printable ASCII is left out, and so are the spaces at the end.
+/// Up to the line feed that ends it; what is not printable ASCII is left out, and so are the spaces at the
+/// end.
 std::string nameIn(std::span<const std::uint8_t> text) {
   std::string name;
   for (const std::uint8_t byte : text) {
@@ -28,7 +29,8 @@ std::string nameIn(std::span<const std::uint8_t> text) {
 }  // namespace
 
 std::optional<Edid> parseEdid(std::span<const std::uint8_t> bytes) {
-  if (bytes.size() < kBlockSize || !std::equal(kHeader.begin(), kHeader.end(), bytes.begin())) return std::nullopt;
+  if (bytes.size() < kBlockSize || !std::equal(kHeader.begin(), kHeader.end(), bytes.begin()))
+    return std::nullopt;
   const auto byte = [&](std::size_t at) { return std::uint32_t{bytes[at]}; };
   Edid edid;
   edid.vendor = byte(8) << 8U | byte(9);

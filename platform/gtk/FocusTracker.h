@@ -7,9 +7,9 @@
 
 namespace velto {
 
-/// Tells the application which of its windows has the keyboard. While the keyboard wanders from one window of the
-/// program to another there is a moment in which none has it; that moment is passed over. A dialog of the program
-/// leaves the key window as it is.
+/// Tells the application which of its windows has the keyboard. While the keyboard wanders from one window of
+/// the program to another there is a moment in which none has it; that moment is passed over. A dialog of the
+/// program leaves the key window as it is.
 class FocusTracker {
  public:
   explicit FocusTracker(MainQueue& queue) : queue_(queue) {}

@@ -11,9 +11,10 @@ namespace velto {
 
 /// Puts a toplevel where its window says, and tells the window where the toplevel really is.
 ///
-/// The window manager answers late, may answer each of many quick requests, and may decide otherwise. So what it reports
-/// while requests are on their way is not looked at; when they have come to rest, the real place is asked for. A
-/// window that was just put on the screen is corrected once; after that the real place is the truth.
+/// The window manager answers late, may answer each of many quick requests, and may decide otherwise. So what
+/// it reports while requests are on their way is not looked at; when they have come to rest, the real place
+/// is asked for. A window that was just put on the screen is corrected once; after that the real place is the
+/// truth.
 class FrameKeeper {
  public:
   FrameKeeper(GtkWindow* toplevel, Window& window, const GtkScreens& screens, MainQueue& queue);

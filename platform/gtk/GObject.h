@@ -1,10 +1,10 @@
 #pragma once
 
-#include <glib-object.h>
-
 #include <memory>
 #include <string>
 #include <utility>
+
+#include <glib-object.h>
 
 namespace velto {
 
@@ -84,8 +84,8 @@ class GObjectPtr {
   T* object_ = nullptr;
 };
 
-/// A connected signal handler. It is disconnected when this object goes, and it does no harm when the emitter went
-/// first.
+/// A connected signal handler. It is disconnected when this object goes, and it does no harm when the emitter
+/// went first.
 class SignalConnection {
  public:
   SignalConnection() = default;

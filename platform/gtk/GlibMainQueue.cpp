@@ -114,7 +114,8 @@ void GlibMainQueue::runReady() {
 }
 
 void GlibMainQueue::schedule(double seconds, std::shared_ptr<WorkItem::State> state) {
-  const auto key = deadlines_->add(g_get_monotonic_time() + microseconds(seconds), [state] { runWorkItem(*state); });
+  const auto key =
+      deadlines_->add(g_get_monotonic_time() + microseconds(seconds), [state] { runWorkItem(*state); });
   state->unschedule = [weak = std::weak_ptr(deadlines_), key] {
     if (const auto deadlines = weak.lock()) deadlines->remove(key);
   };

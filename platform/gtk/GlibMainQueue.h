@@ -1,17 +1,17 @@
 #pragma once
 
-#include <glib.h>
-
 #include <memory>
 #include <mutex>
 #include <vector>
+
+#include <glib.h>
 
 #include "platform/loop/MainQueue.h"
 
 namespace velto {
 
-/// The main queue on GLib's default main context. One source holds what is ready, one holds what is due later and
-/// sleeps until the earliest of it, so that an idle program is not woken.
+/// The main queue on GLib's default main context. One source holds what is ready, one holds what is due later
+/// and sleeps until the earliest of it, so that an idle program is not woken.
 class GlibMainQueue final : public MainQueue {
  public:
   GlibMainQueue();

@@ -1,9 +1,9 @@
 #include "platform/gtk/GtkAlert.h"
 
-#include <gdk/gdkx.h>
-
 #include <algorithm>
 #include <utility>
+
+#include <gdk/gdkx.h>
 
 #include "platform/gtk/Guard.h"
 
@@ -32,7 +32,8 @@ std::string textForAlert(std::string_view text) {
   // Cut in bytes first: making an endless text valid would take as long as the text.
   constexpr std::size_t kMostBytes = kMostCharacters * 4;
   bool cut = text.size() > kMostBytes;
-  const GCharPtr valid(g_utf8_make_valid(text.data(), static_cast<gssize>(std::min(text.size(), kMostBytes))));
+  const GCharPtr valid(
+      g_utf8_make_valid(text.data(), static_cast<gssize>(std::min(text.size(), kMostBytes))));
   char* end = valid.get();
   int lines = 1;
   for (glong count = 0; *end != '\0' && count < kMostCharacters && lines <= kMostLines; ++count) {
@@ -43,7 +44,8 @@ std::string textForAlert(std::string_view text) {
   return std::string(valid.get(), end) + (cut ? "…" : "");
 }
 
-GtkAlert::GtkAlert(const Alert& alert, GtkWindow* parent, bool keepAbove, bool mayTakeFocus, AlertCompletion answered)
+GtkAlert::GtkAlert(const Alert& alert, GtkWindow* parent, bool keepAbove, bool mayTakeFocus,
+                   AlertCompletion answered)
     : dialog_(GObjectPtr<GtkWidget>::retain(makeDialog(alert, parent))),
       buttonCount_(alert.buttons.size()),
       answered_(std::move(answered)),
@@ -71,7 +73,8 @@ GtkAlert::~GtkAlert() {
 void GtkAlert::addTextField(const Alert& alert) {
   if (!alert.textField) return;
   entry_ = gtk_entry_new();
-  const GCharPtr text(g_utf8_make_valid(alert.textField->c_str(), static_cast<gssize>(alert.textField->size())));
+  const GCharPtr text(
+      g_utf8_make_valid(alert.textField->c_str(), static_cast<gssize>(alert.textField->size())));
   gtk_entry_set_text(GTK_ENTRY(entry_), text.get());
   gtk_entry_set_activates_default(GTK_ENTRY(entry_), TRUE);
   GtkWidget* const area = gtk_message_dialog_get_message_area(GTK_MESSAGE_DIALOG(dialog_.get()));

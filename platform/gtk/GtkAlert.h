@@ -1,11 +1,11 @@
 #pragma once
 
-#include <gtk/gtk.h>
-
 #include <cstddef>
 #include <functional>
 #include <string>
 #include <string_view>
+
+#include <gtk/gtk.h>
 
 #include "platform/gtk/GObject.h"
 #include "platform/ui/Alert.h"
@@ -15,9 +15,10 @@ namespace velto {
 /// An alert on the screen: a dialog over its window that stops that window alone. The loop runs on.
 class GtkAlert {
  public:
-  /// Over `parent` when there is one. `answered` is called once, from within the dialog's own signal; never by the
-  /// destructor.
-  GtkAlert(const Alert& alert, GtkWindow* parent, bool keepAbove, bool mayTakeFocus, AlertCompletion answered);
+  /// Over `parent` when there is one. `answered` is called once, from within the dialog's own signal; never
+  /// by the destructor.
+  GtkAlert(const Alert& alert, GtkWindow* parent, bool keepAbove, bool mayTakeFocus,
+           AlertCompletion answered);
   ~GtkAlert();
   GtkAlert(const GtkAlert&) = delete;
   GtkAlert& operator=(const GtkAlert&) = delete;

@@ -1,9 +1,9 @@
 #include "platform/gtk/GtkDataStore.h"
 
-#include <libsoup/soup.h>
-
 #include <algorithm>
 #include <utility>
+
+#include <libsoup/soup.h>
 
 #include "platform/gtk/Guard.h"
 #include "platform/gtk/SchemeTask.h"
@@ -98,11 +98,14 @@ void cookieSet(GObject* manager, GAsyncResult* result, gpointer data) {
 void cookiesRead(GObject* manager, GAsyncResult* result, gpointer data) {
   const std::unique_ptr<CookiesRead> pending(static_cast<CookiesRead*>(data));
   GErrorPtr error;
-  GList* list = webkit_cookie_manager_get_all_cookies_finish(WEBKIT_COOKIE_MANAGER(manager), result, error.out());
+  GList* list =
+      webkit_cookie_manager_get_all_cookies_finish(WEBKIT_COOKIE_MANAGER(manager), result, error.out());
   guarded([&] { pending->completion(cookiesFrom(list)); });
 }
 
-void cancelDownload(WebKitWebContext*, WebKitDownload* download, gpointer) { webkit_download_cancel(download); }
+void cancelDownload(WebKitWebContext*, WebKitDownload* download, gpointer) {
+  webkit_download_cancel(download);
+}
 
 }  // namespace
 
@@ -131,8 +134,8 @@ std::shared_ptr<GtkDataStore> GtkDataStore::makePersistent(const Environment& en
   for (const auto& directory : {data, cache}) g_mkdir_with_parents(directory.c_str(), 0700);
   const auto manager = GObjectPtr<WebKitWebsiteDataManager>::adopt(webkit_website_data_manager_new(
       "base-data-directory", data.c_str(), "base-cache-directory", cache.c_str(), nullptr));
-  auto context = GObjectPtr<WebKitWebContext>::adopt(
-      webkit_web_context_new_with_website_data_manager(manager.get()));
+  auto context =
+      GObjectPtr<WebKitWebContext>::adopt(webkit_web_context_new_with_website_data_manager(manager.get()));
   webkit_cookie_manager_set_persistent_storage(webkit_web_context_get_cookie_manager(context.get()),
                                                (data / "cookies.sqlite").c_str(),
                                                WEBKIT_COOKIE_PERSISTENT_STORAGE_SQLITE);
@@ -140,8 +143,8 @@ std::shared_ptr<GtkDataStore> GtkDataStore::makePersistent(const Environment& en
 }
 
 std::shared_ptr<GtkDataStore> GtkDataStore::makeNonPersistent(const std::vector<std::string>& ownSchemes) {
-  return std::make_shared<GtkDataStore>(GObjectPtr<WebKitWebContext>::adopt(webkit_web_context_new_ephemeral()),
-                                        ownSchemes);
+  return std::make_shared<GtkDataStore>(
+      GObjectPtr<WebKitWebContext>::adopt(webkit_web_context_new_ephemeral()), ownSchemes);
 }
 
 bool GtkDataStore::isPersistent() const { return webkit_web_context_is_ephemeral(context_.get()) == FALSE; }

@@ -1,10 +1,10 @@
 #pragma once
 
-#include <webkit2/webkit2.h>
-
 #include <filesystem>
 #include <string>
 #include <vector>
+
+#include <webkit2/webkit2.h>
 
 #include "platform/foundation/Environment.h"
 #include "platform/gtk/GObject.h"
@@ -21,18 +21,21 @@ class GtkCookieStore final : public CookieStore {
   void allCookies(std::function<void(std::vector<HttpCookie>)> completion) override;
 
  private:
-  [[nodiscard]] WebKitCookieManager* manager() const { return webkit_web_context_get_cookie_manager(context_.get()); }
+  [[nodiscard]] WebKitCookieManager* manager() const {
+    return webkit_web_context_get_cookie_manager(context_.get());
+  }
 
   GObjectPtr<WebKitWebContext> context_;
 };
 
-/// One web context of the engine: the storage, the cookies and the caches of the web views that are made in it.
+/// One web context of the engine: the storage, the cookies and the caches of the web views that are made in
+/// it.
 ///
 /// Downloads that a page or the context menu starts are called off before a file is made.
 class GtkDataStore final : public DataStore {
  public:
-  /// Keeps data in `WebKit` below the folder for what the application stores, and what may be lost in `WebKit` below
-  /// its cache folder.
+  /// Keeps data in `WebKit` below the folder for what the application stores, and what may be lost in
+  /// `WebKit` below its cache folder.
   static std::shared_ptr<GtkDataStore> makePersistent(const Environment& environment,
                                                       const std::vector<std::string>& ownSchemes);
   static std::shared_ptr<GtkDataStore> makeNonPersistent(const std::vector<std::string>& ownSchemes);

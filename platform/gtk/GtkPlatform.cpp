@@ -1,11 +1,11 @@
 #include "platform/gtk/GtkPlatform.h"
 
-#include <glib-unix.h>
-
 #include <clocale>
 #include <csignal>
 #include <stdexcept>
 #include <utility>
+
+#include <glib-unix.h>
 
 #include "platform/gtk/Guard.h"
 

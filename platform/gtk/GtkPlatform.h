@@ -1,12 +1,12 @@
 #pragma once
 
-#include <gtk/gtk.h>
-
 #include <array>
 #include <functional>
 #include <memory>
 #include <string>
 #include <vector>
+
+#include <gtk/gtk.h>
 
 #include "platform/Platform.h"
 #include "platform/foundation/PosixFileManager.h"
@@ -18,11 +18,12 @@
 
 namespace velto {
 
-/// Everything that the application stands on, on a desktop: GTK 3 on X11, and WebKitGTK. One for each process, made on
-/// the main thread; windows and web views must be gone before it.
+/// Everything that the application stands on, on a desktop: GTK 3 on X11, and WebKitGTK. One for each
+/// process, made on the main thread; windows and web views must be gone before it.
 class GtkPlatform {
  public:
-  /// Throws `std::runtime_error`, worded for the person, when there is no display. For `ownSchemes` see `GtkWebEngine`.
+  /// Throws `std::runtime_error`, worded for the person, when there is no display. For `ownSchemes` see
+  /// `GtkWebEngine`.
   GtkPlatform(Environment environment, std::vector<std::string> ownSchemes);
   ~GtkPlatform();
   GtkPlatform(const GtkPlatform&) = delete;

@@ -1,12 +1,12 @@
 #include "platform/gtk/GtkScreens.h"
 
+#include <algorithm>
+#include <utility>
+
 #include <X11/Xatom.h>
 #include <X11/Xlib.h>
 #include <X11/extensions/Xrandr.h>
 #include <gdk/gdkx.h>
-
-#include <algorithm>
-#include <utility>
 
 #include "platform/gtk/Guard.h"
 
@@ -37,8 +37,8 @@ std::optional<Edid> readEdid(GdkDisplay* display, RROutput output) {
   unsigned long rest = 0;
   unsigned char* data = nullptr;
   gdk_x11_display_error_trap_push(display);
-  const int failed = XRRGetOutputProperty(x, output, edid, 0, kLongs, False, False, AnyPropertyType, &type, &format,
-                                          &count, &rest, &data);
+  const int failed = XRRGetOutputProperty(x, output, edid, 0, kLongs, False, False, AnyPropertyType, &type,
+                                          &format, &count, &rest, &data);
   const int error = gdk_x11_display_error_trap_pop(display);
   const std::unique_ptr<unsigned char, XFreeData> bytes(data);
   if (failed != 0 || error != 0 || format != 8 || !bytes) return std::nullopt;

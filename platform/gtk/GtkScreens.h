@@ -1,12 +1,12 @@
 #pragma once
 
-#include <gdk/gdk.h>
-
 #include <functional>
 #include <map>
 #include <optional>
 #include <string>
 #include <vector>
+
+#include <gdk/gdk.h>
 
 #include "platform/gtk/Edid.h"
 #include "platform/gtk/GObject.h"

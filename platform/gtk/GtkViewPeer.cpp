@@ -34,7 +34,9 @@ const char* cssName(Cursor cursor) {
 
 /// Rounds the edges, not the lengths, so that views that touch still touch.
 GtkAllocation allocationOf(const Rect& frame, double superviewHeight) {
-  const auto edge = [](double value) { return std::isfinite(value) ? static_cast<int>(std::lround(value)) : 0; };
+  const auto edge = [](double value) {
+    return std::isfinite(value) ? static_cast<int>(std::lround(value)) : 0;
+  };
   const int left = edge(frame.minX());
   const int top = edge(superviewHeight - frame.maxY());
   return {left, top, edge(frame.maxX()) - left, edge(superviewHeight - frame.minY()) - top};
@@ -93,7 +95,8 @@ gboolean GtkViewPeer::onNativePress(GtkWidget*, GdkEvent* event, gpointer self) 
 }
 
 void GtkViewPeer::frameChanged() {
-  // The superview's widget gives the place; this one is asked again too, since its subviews hang on its height.
+  // The superview's widget gives the place; this one is asked again too, since its subviews hang on its
+  // height.
   if (GtkWidget* parent = gtk_widget_get_parent(widget_.get())) gtk_widget_queue_allocate(parent);
   gtk_widget_queue_allocate(widget_.get());
 }
@@ -113,7 +116,8 @@ void GtkViewPeer::appearanceChanged() {
   gtk_widget_set_name(widget, view_.identifier().c_str());
   AtkObject* const accessible = gtk_widget_get_accessible(widget);
   atk_object_set_accessible_id(accessible, view_.identifier().c_str());
-  if (!view_.accessibilityLabel().empty()) atk_object_set_name(accessible, view_.accessibilityLabel().c_str());
+  if (!view_.accessibilityLabel().empty())
+    atk_object_set_name(accessible, view_.accessibilityLabel().c_str());
   gtk_widget_set_opacity(widget, view_.alpha());
   gtk_widget_set_visible(widget, view_.isHidden() ? FALSE : TRUE);
   widgetRealized();

@@ -1,8 +1,8 @@
 #pragma once
 
-#include <gtk/gtk.h>
-
 #include <array>
+
+#include <gtk/gtk.h>
 
 #include "platform/gtk/GObject.h"
 #include "platform/gtk/NativeWidget.h"
@@ -20,8 +20,9 @@ class ViewEventSink {
   virtual void nativeWidgetPressed(const GdkEvent& event) = 0;
 };
 
-/// The widget of a view that is shown in a window: a `ViewWidget`, or the view's own widget when it brings one. The
-/// view drops its peer when it leaves the window, its subviews later; widgets live on as long as something holds them.
+/// The widget of a view that is shown in a window: a `ViewWidget`, or the view's own widget when it brings
+/// one. The view drops its peer when it leaves the window, its subviews later; widgets live on as long as
+/// something holds them.
 class GtkViewPeer final : public ViewPeer, private ViewWidgetOwner {
  public:
   /// Makes the peer of the view and of all that is below it. Gives the view's widget.

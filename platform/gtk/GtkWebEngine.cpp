@@ -15,7 +15,8 @@ constexpr double kLongestLoad = 5;
 
 }  // namespace
 
-GtkWebEngine::GtkWebEngine(MainQueue& queue, const Environment& environment, std::vector<std::string> ownSchemes)
+GtkWebEngine::GtkWebEngine(MainQueue& queue, const Environment& environment,
+                           std::vector<std::string> ownSchemes)
     : queue_(queue),
       environment_(environment),
       ownSchemes_(std::move(ownSchemes)),
@@ -30,7 +31,8 @@ std::unique_ptr<WebView> GtkWebEngine::makeWebView(const Rect& frame, WebViewCon
   if (store == defaultStore_) view = spare_.take();
   if (!view) view = store->makeEngineView();
   spare_.prepareAfter(kLongestLoad);
-  return std::make_unique<GtkWebView>(*this, std::move(store), std::move(view), frame, std::move(configuration));
+  return std::make_unique<GtkWebView>(*this, std::move(store), std::move(view), frame,
+                                      std::move(configuration));
 }
 
 std::shared_ptr<DataStore> GtkWebEngine::makeNonPersistentDataStore() {

@@ -13,17 +13,18 @@
 
 namespace velto {
 
-/// WebKitGTK. It outlives its web views. Each of them has a process of its own, so that one page's crash or endless loop
-/// is its own.
+/// WebKitGTK. It outlives its web views. Each of them has a process of its own, so that one page's crash or
+/// endless loop is its own.
 ///
-/// A web view of the default store is the spare one when it is there. The next spare is made when pages have come to
-/// rest, so that it takes nothing from the window that the person waits for.
+/// A web view of the default store is the spare one when it is there. The next spare is made when pages have
+/// come to rest, so that it takes nothing from the window that the person waits for.
 class GtkWebEngine final : public WebEngine {
  public:
   /// `ownSchemes` can be answered by the handlers of a web view's configuration.
   GtkWebEngine(MainQueue& queue, const Environment& environment, std::vector<std::string> ownSchemes);
 
-  [[nodiscard]] std::unique_ptr<WebView> makeWebView(const Rect& frame, WebViewConfiguration configuration) override;
+  [[nodiscard]] std::unique_ptr<WebView> makeWebView(const Rect& frame,
+                                                     WebViewConfiguration configuration) override;
   [[nodiscard]] std::shared_ptr<DataStore> defaultDataStore() override { return defaultStore(); }
   [[nodiscard]] std::shared_ptr<DataStore> makeNonPersistentDataStore() override;
 

@@ -38,22 +38,22 @@ void snapshotTaken(GObject* view, GAsyncResult* result, gpointer data) {
   const std::unique_ptr<PendingSnapshot> pending(static_cast<PendingSnapshot*>(data));
   GErrorPtr error;
   cairo_surface_t* picture = webkit_web_view_get_snapshot_finish(WEBKIT_WEB_VIEW(view), result, error.out());
-  guarded([&] {
-    pending->completion(picture == nullptr ? std::nullopt : pngOf(picture, pending->width));
-  });
+  guarded([&] { pending->completion(picture == nullptr ? std::nullopt : pngOf(picture, pending->width)); });
   if (picture != nullptr) cairo_surface_destroy(picture);
 }
 
 }  // namespace
 
 GtkWebView::GtkWebView(GtkWebEngine& engine, std::shared_ptr<GtkDataStore> store,
-                       GObjectPtr<WebKitWebView> engineView, const Rect& frame, WebViewConfiguration configuration)
+                       GObjectPtr<WebKitWebView> engineView, const Rect& frame,
+                       WebViewConfiguration configuration)
     : WebView(frame),
       store_(std::move(store)),
       view_(std::move(engineView)),
       configuration_(std::move(configuration)),
       navigations_(engine, *this, view_.get()),
-      scripts_(*this, webkit_web_view_get_user_content_manager(view_.get()), configuration_.userContentController),
+      scripts_(*this, webkit_web_view_get_user_content_manager(view_.get()),
+               configuration_.userContentController),
       refusals_(refusePageRequests(view_.get())) {
   g_object_set_data(G_OBJECT(view_.get()), kOwnerKey, this);
   applySettings(view_.get(), configuration_);
@@ -85,14 +85,17 @@ std::optional<Navigation> GtkWebView::load(const UrlRequest& request) {
     navigation = navigations_.request(NavigationTracker::Kind::load, uri);
     navigations_.limit(*navigation, request.timeout, request.url);
   }
-  webkit_web_view_load_request(view_.get(), engineRequest.get());
+  navigations_.ask(
+      [view = view_, engineRequest] { webkit_web_view_load_request(view.get(), engineRequest.get()); });
   return navigation;
 }
 
 std::optional<Navigation> GtkWebView::loadHtml(std::string_view html, const std::optional<Url>& baseUrl) {
   const std::string base = baseUrl ? baseUrl->absoluteString() : "about:blank";
   const auto navigation = navigations_.request(NavigationTracker::Kind::load, engineSpelling(base));
-  webkit_web_view_load_html(view_.get(), std::string(html).c_str(), base.c_str());
+  navigations_.ask([view = view_, text = std::string(html), base] {
+    webkit_web_view_load_html(view.get(), text.c_str(), base.c_str());
+  });
   return navigation;
 }
 
@@ -100,7 +103,7 @@ std::optional<Navigation> GtkWebView::reload() {
   const std::string uri = textOf(webkit_web_view_get_uri(view_.get()));
   if (uri.empty()) return std::nullopt;
   const auto navigation = navigations_.request(NavigationTracker::Kind::reload, uri);
-  webkit_web_view_reload(view_.get());
+  navigations_.ask([view = view_] { webkit_web_view_reload(view.get()); });
   return navigation;
 }
 
@@ -114,8 +117,11 @@ std::optional<Navigation> GtkWebView::goTo(int distance) {
   if (item == nullptr) return std::nullopt;
   const std::string uri = textOf(webkit_back_forward_list_item_get_uri(item));
   std::optional<Navigation> navigation;
-  if (!navigations_.staysInDocument(uri)) navigation = navigations_.request(NavigationTracker::Kind::history, uri);
-  webkit_web_view_go_to_back_forward_list_item(view_.get(), item);
+  if (!navigations_.staysInDocument(uri))
+    navigation = navigations_.request(NavigationTracker::Kind::history, uri);
+  navigations_.ask([view = view_, item = GObjectPtr<WebKitBackForwardListItem>::retain(item)] {
+    webkit_web_view_go_to_back_forward_list_item(view.get(), item.get());
+  });
   return navigation;
 }
 
@@ -124,24 +130,28 @@ void GtkWebView::stopLoading() {
   webkit_web_view_stop_loading(view_.get());
 }
 
-std::optional<Url> GtkWebView::url() const { return Url::parse(textOf(webkit_web_view_get_uri(view_.get()))); }
+std::optional<Url> GtkWebView::url() const {
+  return Url::parse(textOf(webkit_web_view_get_uri(view_.get())));
+}
 
 std::string GtkWebView::title() const { return textOf(webkit_web_view_get_title(view_.get())); }
 
 void GtkWebView::evaluateJavaScript(std::string_view script, ScriptCompletion completion) {
   auto* pending = completion ? new ScriptCompletion(std::move(completion)) : nullptr;
-  webkit_web_view_evaluate_javascript(view_.get(), script.data(), static_cast<gssize>(script.size()), nullptr, nullptr,
-                                      nullptr, pending == nullptr ? nullptr : scriptEvaluated, pending);
+  webkit_web_view_evaluate_javascript(view_.get(), script.data(), static_cast<gssize>(script.size()), nullptr,
+                                      nullptr, nullptr, pending == nullptr ? nullptr : scriptEvaluated,
+                                      pending);
 }
 
 void GtkWebView::takeSnapshot(double width, std::function<void(std::optional<std::string>)> completion) {
   auto pending = std::make_unique<PendingSnapshot>(PendingSnapshot{width, std::move(completion)});
-  webkit_web_view_get_snapshot(view_.get(), WEBKIT_SNAPSHOT_REGION_VISIBLE, WEBKIT_SNAPSHOT_OPTIONS_NONE, nullptr,
-                               snapshotTaken, pending.release());
+  webkit_web_view_get_snapshot(view_.get(), WEBKIT_SNAPSHOT_REGION_VISIBLE, WEBKIT_SNAPSHOT_OPTIONS_NONE,
+                               nullptr, snapshotTaken, pending.release());
 }
 
 bool GtkWebView::startSchemeTask(WebKitURISchemeRequest* request) {
-  const auto found = configuration_.urlSchemeHandlers.find(textOf(webkit_uri_scheme_request_get_scheme(request)));
+  const auto found =
+      configuration_.urlSchemeHandlers.find(textOf(webkit_uri_scheme_request_get_scheme(request)));
   if (found == configuration_.urlSchemeHandlers.end()) return false;
   // The handler may close the web view.
   const std::shared_ptr<UrlSchemeHandler> handler = found->second;

@@ -1,10 +1,10 @@
 #pragma once
 
-#include <webkit2/webkit2.h>
-
 #include <memory>
 #include <string>
 #include <vector>
+
+#include <webkit2/webkit2.h>
 
 #include "platform/gtk/GObject.h"
 #include "platform/gtk/GtkDataStore.h"
@@ -41,7 +41,9 @@ class GtkWebView final : public WebView, public NativeWidgetView {
   [[nodiscard]] std::string title() const override;
   [[nodiscard]] bool isLoading() const override { return webkit_web_view_is_loading(view_.get()) != FALSE; }
   [[nodiscard]] bool canGoBack() const override { return webkit_web_view_can_go_back(view_.get()) != FALSE; }
-  [[nodiscard]] bool canGoForward() const override { return webkit_web_view_can_go_forward(view_.get()) != FALSE; }
+  [[nodiscard]] bool canGoForward() const override {
+    return webkit_web_view_can_go_forward(view_.get()) != FALSE;
+  }
   [[nodiscard]] bool isResponsive() const override { return navigations_.isResponsive(); }
   [[nodiscard]] double pageZoom() const override { return webkit_web_view_get_zoom_level(view_.get()); }
   void setPageZoom(double zoom) override { webkit_web_view_set_zoom_level(view_.get(), zoom); }

@@ -1,12 +1,12 @@
 #include "platform/gtk/GtkWindowPeer.h"
 
-#include <gdk/gdkx.h>
-
 #include <string>
 #include <utility>
 
-#include "platform/gtk/Guard.h"
+#include <gdk/gdkx.h>
+
 #include "platform/gtk/GtkWindowSystem.h"
+#include "platform/gtk/Guard.h"
 #include "platform/gtk/KeyEvents.h"
 #include "platform/gtk/NativeWidget.h"
 #include "platform/gtk/WindowManager.h"
@@ -106,7 +106,7 @@ void GtkWindowPeer::order(Order order) {
     return;
   }
   if (gtk_widget_get_visible(widget_.get()) == FALSE) frame_.willShow();
-  if (order == Order::frontAndKey && !window_.isNonactivating()) {
+  if (order == Order::frontAndKey) {
     focusPage();
     system_.focus().expect(window_);
     window_manager::showAndFocus(toplevel());
@@ -115,9 +115,10 @@ void GtkWindowPeer::order(Order order) {
   }
 }
 
-void GtkWindowPeer::activate() {
-  if (gtk_widget_get_visible(widget_.get()) == FALSE || window_.isNonactivating()) return;
+bool GtkWindowPeer::activate() {
+  if (gtk_widget_get_visible(widget_.get()) == FALSE) return false;
   window_manager::focus(toplevel());
+  return true;
 }
 
 /// Keys go to the page unless something else in the window was given them.
@@ -143,7 +144,8 @@ void GtkWindowPeer::setMiniaturized(bool miniaturized) {
 }
 
 int GtkWindowPeer::grantedLevel() const {
-  return window_manager::hasState(toplevel(), "_NET_WM_STATE_ABOVE") ? kFloatingWindowLevel : kNormalWindowLevel;
+  return window_manager::hasState(toplevel(), "_NET_WM_STATE_ABOVE") ? kFloatingWindowLevel
+                                                                     : kNormalWindowLevel;
 }
 
 gboolean GtkWindowPeer::onDelete(GtkWidget*, GdkEvent*, gpointer self) {
@@ -214,8 +216,8 @@ void GtkWindowPeer::nativeWidgetPressed(const GdkEvent& event) {
   if (event.type == GDK_BUTTON_PRESS) pressed(event.button);
 }
 
-/// A window that does not come forward by itself, and any window where no window manager does it, gets the keyboard
-/// when the person clicks it.
+/// A window that does not come forward by itself, and any window where no window manager does it, gets the
+/// keyboard when the person clicks it.
 void GtkWindowPeer::pressed(const GdkEventButton& button) {
   if (gtk_window_is_active(toplevel()) != FALSE) return;
   const bool managed = window_manager::supports(gtk_widget_get_display(widget_.get()), "_NET_ACTIVE_WINDOW");

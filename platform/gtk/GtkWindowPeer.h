@@ -1,8 +1,8 @@
 #pragma once
 
-#include <gtk/gtk.h>
-
 #include <array>
+
+#include <gtk/gtk.h>
 
 #include "platform/gtk/FrameKeeper.h"
 #include "platform/gtk/GObject.h"
@@ -14,8 +14,8 @@ namespace velto {
 
 class GtkWindowSystem;
 
-/// The toplevel of a window: no decoration, no size of its own accord, in a window group of its own so that its alerts
-/// stop it alone.
+/// The toplevel of a window: no decoration, no size of its own accord, in a window group of its own so that
+/// its alerts stop it alone.
 class GtkWindowPeer final : public WindowPeer, private ViewEventSink {
  public:
   GtkWindowPeer(Window& window, GtkWindowSystem& system);
@@ -30,9 +30,10 @@ class GtkWindowPeer final : public WindowPeer, private ViewEventSink {
   void setMiniaturized(bool miniaturized) override;
   [[nodiscard]] int grantedLevel() const override;
 
-  /// Above all windows and with the keyboard. A non-activating window only when the person clicks it.
-  void activate();
+  /// Above all windows and with the keyboard. False when the window is not shown.
+  bool activate();
   void screensChanged() { frame_.screensChanged(); }
+  [[nodiscard]] bool isNonactivating() const { return window_.isNonactivating(); }
   [[nodiscard]] GtkWindow* toplevel() const { return GTK_WINDOW(widget_.get()); }
 
  private:

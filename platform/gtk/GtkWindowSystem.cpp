@@ -1,5 +1,6 @@
 #include "platform/gtk/GtkWindowSystem.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "platform/gtk/GtkWindowPeer.h"
@@ -8,7 +9,12 @@ namespace velto {
 
 GtkWindowSystem::GtkWindowSystem(GdkDisplay* display, const Clock& clock, MainQueue& queue,
                                  std::function<void()> stop)
-    : display_(display), clock_(clock), queue_(queue), stop_(std::move(stop)), focus_(queue), screens_(display, [this] {
+    : display_(display),
+      clock_(clock),
+      queue_(queue),
+      stop_(std::move(stop)),
+      focus_(queue),
+      screens_(display, [this] {
         for (GtkWindowPeer* peer : peers_) peer->screensChanged();
       }) {}
 
@@ -24,9 +30,11 @@ void GtkWindowSystem::peerRemoved(GtkWindowPeer& peer, const Window& window) {
 }
 
 void GtkWindowSystem::activate() {
-  Window* const window = focus_.last();
-  if (window == nullptr || window->isClosed() || window->peer() == nullptr) return;
-  static_cast<GtkWindowPeer*>(window->peer())->activate();
+  Window* const last = focus_.last();
+  if (last != nullptr && static_cast<GtkWindowPeer*>(last->peer())->activate()) return;
+  static_cast<void>(std::any_of(peers_.rbegin(), peers_.rend(), [](GtkWindowPeer* peer) {
+    return !peer->isNonactivating() && peer->activate();
+  }));
 }
 
 void GtkWindowSystem::showAlert(const Alert& alert, WeakPtr<Window> sheetOn, AlertCompletion completion) {

@@ -1,10 +1,10 @@
 #pragma once
 
-#include <gtk/gtk.h>
-
 #include <list>
 #include <memory>
 #include <vector>
+
+#include <gtk/gtk.h>
 
 #include "platform/gtk/FocusTracker.h"
 #include "platform/gtk/GtkAlert.h"
@@ -34,8 +34,11 @@ class GtkWindowSystem final : public WindowSystem {
   void beep() override { gdk_display_beep(display_); }
   void stop() override { stop_(); }
 
-  /// The alert that was shown first of those that wait for an answer, or null. For driving the program from within.
-  [[nodiscard]] GtkAlert* oldestAlert() const { return alerts_.empty() ? nullptr : alerts_.front().alert.get(); }
+  /// The alert that was shown first of those that wait for an answer, or null. For driving the program from
+  /// within.
+  [[nodiscard]] GtkAlert* oldestAlert() const {
+    return alerts_.empty() ? nullptr : alerts_.front().alert.get();
+  }
 
   /// @name For the windows' peers
   /// @{
@@ -55,7 +58,8 @@ class GtkWindowSystem final : public WindowSystem {
     /// For comparing only.
     const Window* window;
   };
-  void finishAlert(std::list<OpenAlert>::iterator open, const AlertAnswer& answer, AlertCompletion completion);
+  void finishAlert(std::list<OpenAlert>::iterator open, const AlertAnswer& answer,
+                   AlertCompletion completion);
 
   GdkDisplay* display_;
   const Clock& clock_;

@@ -58,7 +58,8 @@ void NavigationReporter::connectSignals() {
   connect("load-changed", G_CALLBACK(+[](WebKitWebView*, WebKitLoadEvent event, gpointer self) {
             guarded([&] { reporterOf(self).loadChanged(event); });
           }));
-  connect("load-failed", G_CALLBACK(+[](WebKitWebView*, WebKitLoadEvent, char* uri, GError* error, gpointer self) {
+  connect("load-failed",
+          G_CALLBACK(+[](WebKitWebView*, WebKitLoadEvent, char* uri, GError* error, gpointer self) {
             bool handled = false;
             guarded([&] { handled = reporterOf(self).loadFailed(uri, *error); });
             return handled ? TRUE : FALSE;
@@ -74,7 +75,8 @@ void NavigationReporter::connectSignals() {
             guarded([&] { handled = reporterOf(self).runScriptDialog(dialog); });
             return handled ? TRUE : FALSE;
           }));
-  connect("web-process-terminated", G_CALLBACK(+[](WebKitWebView*, WebKitWebProcessTerminationReason, gpointer self) {
+  connect("web-process-terminated",
+          G_CALLBACK(+[](WebKitWebView*, WebKitWebProcessTerminationReason, gpointer self) {
             guarded([&] { reporterOf(self).processTerminated(); });
           }));
   connect("notify::title", G_CALLBACK(+[](WebKitWebView*, GParamSpec*, gpointer self) {
@@ -88,8 +90,16 @@ void NavigationReporter::connectSignals() {
 Navigation NavigationReporter::request(NavigationTracker::Kind kind, const std::string& uri) {
   timeout_.cancel();
   const Navigation navigation = engine_.nextNavigation();
-  reportCancelled(navigations_.request(navigation, kind, uri));
+  reportSuperseded(navigations_.request(navigation, kind, uri));
   return navigation;
+}
+
+void NavigationReporter::ask(std::function<void()> engineCall) {
+  if (navigations_.isErrorPageOnItsWay()) {
+    askedLater_ = std::move(engineCall);
+  } else {
+    engineCall();
+  }
 }
 
 void NavigationReporter::limit(Navigation navigation, double seconds, const Url& url) {
@@ -100,7 +110,8 @@ void NavigationReporter::limit(Navigation navigation, double seconds, const Url&
 
 void NavigationReporter::withdraw() {
   timeout_.cancel();
-  reportCancelled(navigations_.withdraw());
+  askedLater_ = nullptr;
+  reportSuperseded(navigations_.withdraw());
 }
 
 bool NavigationReporter::staysInDocument(const std::string& uri) const {
@@ -110,9 +121,11 @@ bool NavigationReporter::staysInDocument(const std::string& uri) const {
 }
 
 std::optional<Url> NavigationReporter::documentThatAsksFor(const std::string& uri) const {
-  // While the next page is on its way the engine view has its address already, but the one before still runs and asks.
+  // While the next page is on its way the engine view has its address already, but the one before still runs
+  // and asks.
   const auto& attempt = navigations_.current();
-  const bool isNextPage = attempt && attempt->phase == NavigationTracker::Phase::started && decidedUri_ == uri;
+  const bool isNextPage =
+      attempt && attempt->phase == NavigationTracker::Phase::started && decidedUri_ == uri;
   return Url::parse(isNextPage ? uri : committedUri_);
 }
 
@@ -151,6 +164,7 @@ void NavigationReporter::loadCommitted() {
 void NavigationReporter::loadFinished() {
   engine_.pageCameToRest();
   finishing_ = navigations_.finished();
+  if (askedLater_ && !navigations_.isErrorPageOnItsWay()) std::exchange(askedLater_, nullptr)();
   if (!finishing_) return;
   const bool titleIsKnown = !textOf(webkit_web_view_get_title(view_)).empty() || committedUri_ == kBlank;
   if (titleIsKnown) {
@@ -160,17 +174,24 @@ void NavigationReporter::loadFinished() {
   }
 }
 
-/// A page that is complete at once is so before its title is told. What the page answers now comes after it.
+/// A short page is complete before the engine tells its title. Only the page knows whether there is one to
+/// wait for.
 void NavigationReporter::awaitTitle() {
-  const auto answered = [](GObject*, GAsyncResult*, gpointer data) {
-    const std::unique_ptr<WeakPtr<NavigationReporter>> self(static_cast<WeakPtr<NavigationReporter>*>(data));
-    guarded([&] {
-      if (*self) (*self)->reportFinished();
-    });
-  };
-  webkit_web_view_evaluate_javascript(view_, "0", -1, "velto", nullptr, nullptr, answered,
-                                      new WeakPtr<NavigationReporter>(*this));
+  webkit_web_view_evaluate_javascript(view_, "document.title === ''", -1, "velto", nullptr, nullptr,
+                                      titleAsked, new WeakPtr<NavigationReporter>(*this));
   titleWait_ = engine_.queue().after(kLongestTitleWait, [this] { reportFinished(); });
+}
+
+void NavigationReporter::titleAsked(GObject* view, GAsyncResult* result, gpointer data) {
+  const std::unique_ptr<WeakPtr<NavigationReporter>> self(static_cast<WeakPtr<NavigationReporter>*>(data));
+  GErrorPtr error;
+  const auto answer = GObjectPtr<JSCValue>::adopt(
+      webkit_web_view_evaluate_javascript_finish(WEBKIT_WEB_VIEW(view), result, error.out()));
+  const bool isUntitled =
+      answer && jsc_value_is_boolean(answer.get()) != FALSE && jsc_value_to_boolean(answer.get()) != FALSE;
+  guarded([&] {
+    if (*self && isUntitled) (*self)->reportFinished();
+  });
 }
 
 void NavigationReporter::reportFinished() {
@@ -195,15 +216,18 @@ bool NavigationReporter::loadFailed(const char* uri, const GError& engineError) 
 }
 
 void NavigationReporter::timedOut(Navigation navigation, const Url& url) {
-  const auto& attempt = navigations_.current();
-  const bool started = attempt && attempt->navigation == navigation;
-  if (started) {
-    navigations_.ended();
-  } else if (const auto withdrawn = navigations_.withdraw(); !withdrawn || withdrawn->navigation != navigation) {
-    return;
-  }
+  const auto error = timedOutError(url);
+  const auto& current = navigations_.current();
+  const bool started = current && current->navigation == navigation;
+  const auto attempt = started ? navigations_.ended() : navigations_.withdraw();
+  askedLater_ = nullptr;
   webkit_web_view_stop_loading(view_);
-  reportFailure({navigation, NavigationTracker::Phase::started, {}}, timedOutError(url));
+  if (!attempt) return;
+  if (started) {
+    reportFailure(*attempt, error);
+  } else {
+    reportUnstarted(*attempt, error);
+  }
 }
 
 void NavigationReporter::reportFailure(const NavigationTracker::Attempt& attempt, const WebError& error) {
@@ -216,10 +240,24 @@ void NavigationReporter::reportFailure(const NavigationTracker::Attempt& attempt
   }
 }
 
-/// From the main queue, because the application or the engine is in the middle of a call.
-void NavigationReporter::reportCancelled(const std::optional<NavigationTracker::Attempt>& attempt) {
+/// The engine never began with it, so it starts and ends here.
+void NavigationReporter::reportUnstarted(const NavigationTracker::Attempt& attempt, const WebError& error) {
+  const WeakPtr<NavigationReporter> self(*this);
+  NavigationDelegate* delegate = webView_.navigationDelegate();
+  if (delegate != nullptr) delegate->didStartProvisionalNavigation(webView_, attempt.navigation);
+  if (self) reportFailure(attempt, error);
+}
+
+/// From the main queue, because the application is in the middle of a call.
+void NavigationReporter::reportSuperseded(const std::optional<NavigationTracker::Attempt>& attempt) {
   if (!attempt) return;
   engine_.queue().async([self = WeakPtr<NavigationReporter>(*this), attempt = *attempt] {
+    if (self) self->reportUnstarted(attempt, cancelledError(Url::parse(attempt.requestedUri.value_or(""))));
+  });
+}
+
+void NavigationReporter::reportRefused(const NavigationTracker::Attempt& attempt) {
+  engine_.queue().async([self = WeakPtr<NavigationReporter>(*this), attempt] {
     if (self) self->reportFailure(attempt, cancelledError(Url::parse(attempt.requestedUri.value_or(""))));
   });
 }
@@ -240,7 +278,7 @@ bool NavigationReporter::decideNavigation(WebKitNavigationPolicyDecision* decisi
   const std::string uri = textOf(webkit_uri_request_get_uri(webkit_navigation_action_get_request(action)));
   if (refused_ && uri == kNowhere) {
     webkit_policy_decision_ignore(WEBKIT_POLICY_DECISION(decision));
-    reportCancelled(std::exchange(refused_, std::nullopt));
+    reportRefused(*std::exchange(refused_, std::nullopt));
     return true;
   }
   decidedUri_ = uri;
@@ -252,11 +290,13 @@ bool NavigationReporter::decideNavigation(WebKitNavigationPolicyDecision* decisi
 }
 
 bool NavigationReporter::runScriptDialog(WebKitScriptDialog* dialog) {
-  if (webkit_script_dialog_get_dialog_type(dialog) != WEBKIT_SCRIPT_DIALOG_BEFORE_UNLOAD_CONFIRM) return false;
+  if (webkit_script_dialog_get_dialog_type(dialog) != WEBKIT_SCRIPT_DIALOG_BEFORE_UNLOAD_CONFIRM)
+    return false;
   const auto awaited = navigations_.awaitedRequest();
   const Navigation navigation = awaited ? *awaited : engine_.nextNavigation();
   const auto asked = std::make_shared<LeaveDialog>(
-      dialog, [self = WeakPtr<NavigationReporter>(*this), navigation, uri = decidedUri_](bool leave) {
+      dialog, engine_.queue(),
+      [self = WeakPtr<NavigationReporter>(*this), navigation, uri = decidedUri_](bool leave) {
         if (self && !leave) self->refusedToLeave({navigation, NavigationTracker::Phase::started, uri});
       });
   if (UIDelegate* delegate = webView_.uiDelegate()) {
@@ -267,13 +307,13 @@ bool NavigationReporter::runScriptDialog(WebKitScriptDialog* dialog) {
   return true;
 }
 
-/// The engine says nothing of a navigation that was refused and goes on to take it for the one under way. Another one
-/// that is not allowed puts that right, and is not asked about.
+/// The engine says nothing of a navigation that was refused and goes on to take it for the one under way.
+/// Another one that is not allowed puts that right, and is not asked about.
 void NavigationReporter::refusedToLeave(NavigationTracker::Attempt attempt) {
   timeout_.cancel();
   if (navigations_.awaitedRequest() == attempt.navigation) navigations_.withdraw();
   if (navigations_.hasRequest()) {
-    reportCancelled(attempt);
+    reportRefused(attempt);
     return;
   }
   refused_ = std::move(attempt);
@@ -289,6 +329,7 @@ void NavigationReporter::processTerminated() {
   processGone_ = true;
   responsive_ = true;
   refused_.reset();
+  askedLater_ = nullptr;
   committedUri_.clear();
   engine_.pageCameToRest();
   if (NavigationDelegate* delegate = webView_.navigationDelegate()) {

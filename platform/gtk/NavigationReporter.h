@@ -1,9 +1,10 @@
 #pragma once
 
-#include <webkit2/webkit2.h>
-
+#include <functional>
 #include <string>
 #include <vector>
+
+#include <webkit2/webkit2.h>
 
 #include "platform/foundation/WeakPtr.h"
 #include "platform/gtk/GObject.h"
@@ -27,8 +28,12 @@ class NavigationReporter final : public Weakable {
   /// Reports nothing from now on.
   void disconnect();
 
-  /// Numbers what the engine will be asked next. A request that has not started yet fails as cancelled, later.
+  /// Numbers what the engine will be asked next. A request that has not started yet fails as cancelled,
+  /// later.
   Navigation request(NavigationTracker::Kind kind, const std::string& uri);
+  /// Asks the engine for it. While the engine's error page is on its way it would lose what it is asked, so
+  /// that is asked afterwards; a later one takes its place.
+  void ask(std::function<void()> engineCall);
   /// Fails the navigation, in whatever state it is, when its page has not begun after `seconds`.
   void limit(Navigation navigation, double seconds, const Url& url);
   /// Calls off what was requested and has not started.
@@ -47,11 +52,14 @@ class NavigationReporter final : public Weakable {
   void loadCommitted();
   void loadFinished();
   void awaitTitle();
+  static void titleAsked(GObject* view, GAsyncResult* result, gpointer data);
   bool loadFailed(const char* uri, const GError& error);
   void timedOut(Navigation navigation, const Url& url);
   void reportFailure(const NavigationTracker::Attempt& attempt, const WebError& error);
   void reportFinished();
-  void reportCancelled(const std::optional<NavigationTracker::Attempt>& attempt);
+  void reportUnstarted(const NavigationTracker::Attempt& attempt, const WebError& error);
+  void reportSuperseded(const std::optional<NavigationTracker::Attempt>& attempt);
+  void reportRefused(const NavigationTracker::Attempt& attempt);
 
   bool decidePolicy(WebKitPolicyDecision* decision, WebKitPolicyDecisionType type);
   bool decideNavigation(WebKitNavigationPolicyDecision* decision);
@@ -66,6 +74,7 @@ class NavigationReporter final : public Weakable {
   WebKitWebView* view_;
   NavigationTracker navigations_;
   WorkItem timeout_;
+  std::function<void()> askedLater_;
   /// Where the latest navigation that the engine asked about leads, in whatever frame.
   std::string decidedUri_;
   std::string committedUri_;

@@ -55,7 +55,9 @@ std::optional<Navigation> NavigationTracker::finished() {
   return std::exchange(current_, std::nullopt)->navigation;
 }
 
-std::optional<NavigationTracker::Attempt> NavigationTracker::ended() { return std::exchange(current_, std::nullopt); }
+std::optional<NavigationTracker::Attempt> NavigationTracker::ended() {
+  return std::exchange(current_, std::nullopt);
+}
 
 void NavigationTracker::processGone() {
   requested_.reset();

@@ -7,12 +7,12 @@
 
 namespace velto {
 
-/// Tells which navigation each report of the engine belongs to. The engine has no object for a navigation; it reports, in
-/// this order, that one is to be decided on, that it started, that its page was committed, that it finished; after a
-/// failure it goes on to report that it finished.
+/// Tells which navigation each report of the engine belongs to. The engine has no object for a navigation; it
+/// reports, in this order, that one is to be decided on, that it started, that its page was committed, that
+/// it finished; after a failure it goes on to report that it finished.
 ///
-/// What the application asks for is numbered when it is asked, what a page does when it starts. The engine's own
-/// error page is reported like a navigation and is none.
+/// What the application asks for is numbered when it is asked, what a page does when it starts. The engine's
+/// own error page is reported like a navigation and is none.
 class NavigationTracker {
  public:
   enum class Kind { load, reload, history };
@@ -46,6 +46,7 @@ class NavigationTracker {
 
   /// The engine will now show its own error page.
   void expectErrorPage() { errorPage_ = ErrorPage::expected; }
+  [[nodiscard]] bool isErrorPageOnItsWay() const { return errorPage_ != ErrorPage::none; }
   /// The process is gone, and all that was asked of it.
   void processGone();
 

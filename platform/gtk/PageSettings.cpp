@@ -26,8 +26,8 @@ void applySettings(WebKitWebView* view, const WebViewConfiguration& configuratio
   webkit_settings_set_media_playback_requires_user_gesture(
       settings, toGboolean(configuration.mediaPlaybackRequiresUserAction));
   webkit_settings_set_enable_developer_extras(settings, toGboolean(configuration.inspectable));
-  webkit_settings_set_enable_back_forward_navigation_gestures(settings,
-                                                              toGboolean(configuration.allowsBackForwardGestures));
+  webkit_settings_set_enable_back_forward_navigation_gestures(
+      settings, toGboolean(configuration.allowsBackForwardGestures));
   if (!configuration.userAgent.empty()) {
     webkit_settings_set_user_agent(settings, configuration.userAgent.c_str());
   }

@@ -1,8 +1,8 @@
 #include "platform/gtk/PointerRouter.h"
 
-#include <gtk/gtk.h>
-
 #include <cmath>
+
+#include <gtk/gtk.h>
 
 #include "platform/gtk/KeyEvents.h"
 
@@ -69,8 +69,8 @@ MouseEvent PointerRouter::describe(const GdkEvent& event) const {
 void PointerRouter::countClick(const GdkEventButton& button) {
   int time = 0;
   int distance = 0;
-  g_object_get(gtk_settings_get_default(), "gtk-double-click-time", &time, "gtk-double-click-distance", &distance,
-               nullptr);
+  g_object_get(gtk_settings_get_default(), "gtk-double-click-time", &time, "gtk-double-click-distance",
+               &distance, nullptr);
   const bool again = clickCount_ > 0 && button.button == lastPress_.button &&
                      button.time - lastPress_.time <= static_cast<guint32>(time) &&
                      std::abs(button.x_root - lastPress_.x_root) <= distance &&
@@ -86,7 +86,8 @@ bool PointerRouter::press(View& at, const GdkEventButton& button, MouseEvent eve
   pressed_ = nullptr;
   const WeakPtr<Window> window = window_;
   bool used = false;
-  View* const taker = climb(at, event, [&](View& view, const MouseEvent& e) { return used = view.mouseDown(e); });
+  View* const taker =
+      climb(at, event, [&](View& view, const MouseEvent& e) { return used = view.mouseDown(e); });
   if (!window || !used) return used;
   pressed_ = taker;
   pressedButton_ = button.button;

@@ -1,8 +1,8 @@
 #pragma once
 
-#include <gdk/gdk.h>
-
 #include <functional>
+
+#include <gdk/gdk.h>
 
 #include "platform/gtk/GtkScreens.h"
 #include "platform/ui/View.h"
@@ -10,8 +10,8 @@
 
 namespace velto {
 
-/// Delivers the pointer's events of one window to its views: to the view under the pointer, then up its superviews
-/// until one uses it. Who used a press gets the drag and the release, wherever the pointer is.
+/// Delivers the pointer's events of one window to its views: to the view under the pointer, then up its
+/// superviews until one uses it. Who used a press gets the drag and the release, wherever the pointer is.
 ///
 /// A view may do anything in its answer, closing and dropping its window included.
 class PointerRouter {

@@ -1,9 +1,9 @@
 #include "platform/gtk/SchemeTask.h"
 
-#include <libsoup/soup.h>
-
 #include <memory>
 #include <utility>
+
+#include <libsoup/soup.h>
 
 #include "platform/gtk/GtkWebView.h"
 #include "platform/gtk/Guard.h"

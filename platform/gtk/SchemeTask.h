@@ -1,9 +1,9 @@
 #pragma once
 
-#include <webkit2/webkit2.h>
-
 #include <string>
 #include <vector>
+
+#include <webkit2/webkit2.h>
 
 #include "platform/gtk/GObject.h"
 #include "platform/web/UrlScheme.h"
@@ -30,8 +30,8 @@ class SchemeTask final : public UrlSchemeTask {
   std::optional<Url> mainDocumentUrl_;
 };
 
-/// Makes the context send requests of these schemes to the web views that they come from. Pages of the schemes count as
-/// secure and may be fetched from.
+/// Makes the context send requests of these schemes to the web views that they come from. Pages of the
+/// schemes count as secure and may be fetched from.
 void registerOwnSchemes(WebKitWebContext* context, const std::vector<std::string>& schemes);
 
 }  // namespace velto

@@ -24,10 +24,8 @@ Point ScreenGeometry::fromX(Point point) const { return {point.x - primary_.x, b
 
 XRect ScreenGeometry::toX(const Rect& rect) const {
   const int height = held(rect.size.height, 1);
-  return {held(rect.minX() + primary_.x, -kFarthest),
-          held(bottom() - rect.minY() - height, -kFarthest),
-          held(rect.size.width, 1),
-          height};
+  return {held(rect.minX() + primary_.x, -kFarthest), held(bottom() - rect.minY() - height, -kFarthest),
+          held(rect.size.width, 1), height};
 }
 
 }  // namespace velto

@@ -69,8 +69,9 @@ ScriptBridge::~ScriptBridge() { controller_->setMirror(nullptr); }
 void ScriptBridge::addScript(const UserScript& script) {
   const auto frames =
       script.mainFrameOnly ? WEBKIT_USER_CONTENT_INJECT_TOP_FRAME : WEBKIT_USER_CONTENT_INJECT_ALL_FRAMES;
-  const auto time = script.time == UserScript::Time::documentStart ? WEBKIT_USER_SCRIPT_INJECT_AT_DOCUMENT_START
-                                                                   : WEBKIT_USER_SCRIPT_INJECT_AT_DOCUMENT_END;
+  const auto time = script.time == UserScript::Time::documentStart
+                        ? WEBKIT_USER_SCRIPT_INJECT_AT_DOCUMENT_START
+                        : WEBKIT_USER_SCRIPT_INJECT_AT_DOCUMENT_END;
   const char* source = script.source.c_str();
   const char* world = worldName(script.world);
   const std::unique_ptr<WebKitUserScript, UserScriptUnref> made(
@@ -122,7 +123,8 @@ gboolean ScriptBridge::messageWithReplyReceived(WebKitUserContentManager*, JSCVa
   guarded([&] {
     const Line& line = *static_cast<Line*>(data);
     auto pending = std::make_shared<PendingReply>(reply, value);
-    line.bridge.receive(line.channel, value, [pending](const ScriptReply& answer) { pending->answer(answer); });
+    line.bridge.receive(line.channel, value,
+                        [pending](const ScriptReply& answer) { pending->answer(answer); });
   });
   return TRUE;
 }
@@ -143,8 +145,8 @@ void ScriptBridge::receive(const UserContentController::Channel& channel, JSCVal
 }
 
 bool ScriptBridge::isUnambiguous(const std::string& name) const {
-  return std::count_if(lines_.begin(), lines_.end(), [&](const auto& line) { return line->channel.name == name; }) ==
-         1;
+  return std::count_if(lines_.begin(), lines_.end(),
+                       [&](const auto& line) { return line->channel.name == name; }) == 1;
 }
 
 }  // namespace velto

@@ -1,10 +1,10 @@
 #pragma once
 
-#include <webkit2/webkit2.h>
-
 #include <memory>
 #include <string>
 #include <vector>
+
+#include <webkit2/webkit2.h>
 
 #include "platform/gtk/GObject.h"
 #include "platform/web/UserContentController.h"
@@ -13,9 +13,9 @@ namespace velto {
 
 /// Mirrors a web view's scripts and channels into its engine view, and passes on what pages post.
 ///
-/// The engine tells a message's name but not its world. A name that is in use in two worlds at once could let a page speak
-/// for scripts that it cannot see, so messages of such a name are dropped. So are those without a JSON form and
-/// those above a MiB.
+/// The engine tells a message's name but not its world. A name that is in use in two worlds at once could let
+/// a page speak for scripts that it cannot see, so messages of such a name are dropped. So are those without
+/// a JSON form and those above a MiB.
 class ScriptBridge final : public UserContentController::Mirror {
  public:
   ScriptBridge(WebView& webView, WebKitUserContentManager* manager,

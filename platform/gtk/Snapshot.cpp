@@ -40,15 +40,16 @@ std::optional<std::string> pngOf(cairo_surface_t* picture, double width) {
 
   const double toWidth = std::round(width);
   const double toHeight = std::clamp(std::round(fromHeight * toWidth / fromWidth), 1.0, kLongestSide);
-  const std::unique_ptr<cairo_surface_t, SurfaceDestroy> scaled(cairo_image_surface_create(
-      CAIRO_FORMAT_ARGB32, static_cast<int>(toWidth), static_cast<int>(toHeight)));
+  const std::unique_ptr<cairo_surface_t, SurfaceDestroy> scaled(
+      cairo_image_surface_create(CAIRO_FORMAT_ARGB32, static_cast<int>(toWidth), static_cast<int>(toHeight)));
   const std::unique_ptr<cairo_t, ContextDestroy> context(cairo_create(scaled.get()));
   cairo_scale(context.get(), toWidth / fromWidth, toHeight / fromHeight);
   cairo_set_source_surface(context.get(), picture, 0, 0);
   cairo_pattern_set_filter(cairo_get_source(context.get()), CAIRO_FILTER_GOOD);
   cairo_paint(context.get());
   std::string png;
-  if (cairo_surface_write_to_png_stream(scaled.get(), append, &png) != CAIRO_STATUS_SUCCESS) return std::nullopt;
+  if (cairo_surface_write_to_png_stream(scaled.get(), append, &png) != CAIRO_STATUS_SUCCESS)
+    return std::nullopt;
   return png;
 }
 

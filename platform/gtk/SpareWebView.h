@@ -1,16 +1,16 @@
 #pragma once
 
-#include <webkit2/webkit2.h>
-
 #include <functional>
+
+#include <webkit2/webkit2.h>
 
 #include "platform/gtk/GObject.h"
 #include "platform/loop/MainQueue.h"
 
 namespace velto {
 
-/// One engine view whose process has started, so that the next window need not wait for it. It has no parent and no page,
-/// and its history is empty.
+/// One engine view whose process has started, so that the next window need not wait for it. It has no parent
+/// and no page, and its history is empty.
 ///
 /// It is made while nothing else is going on: some time after the last of the events that this is told of.
 class SpareWebView {

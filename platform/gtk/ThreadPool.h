@@ -11,8 +11,8 @@
 
 namespace velto {
 
-/// A few threads, each started when there is work and no thread is free for it. Work is taken first in, first out. The
-/// destructor waits for the work that runs and drops the rest.
+/// A few threads, each started when there is work and no thread is free for it. Work is taken first in, first
+/// out. The destructor waits for the work that runs and drops the rest.
 class ThreadPool final : public BackgroundQueue {
  public:
   static constexpr std::size_t kMostThreads = 4;

@@ -1,8 +1,8 @@
 #pragma once
 
-#include <gtk/gtk.h>
-
 #include <vector>
+
+#include <gtk/gtk.h>
 
 #include "platform/gtk/GObject.h"
 
@@ -22,8 +22,8 @@ class ViewWidgetOwner {
   virtual void widgetRealized() = 0;
 };
 
-/// A container that asks for no size of its own and puts its children wherever its owner says, the later above the
-/// earlier. It has a `GdkWindow` of its own, so that what lies above takes the pointer first.
+/// A container that asks for no size of its own and puts its children wherever its owner says, the later
+/// above the earlier. It has a `GdkWindow` of its own, so that what lies above takes the pointer first.
 namespace view_widget {
 
 /// The owner must outlive the widget or call `forgetOwner`.

@@ -1,10 +1,10 @@
 #include "platform/gtk/WebErrors.h"
 
-#include <gio/gio.h>
-#include <webkit2/webkit2.h>
-
 #include <string>
 #include <utility>
+
+#include <gio/gio.h>
+#include <webkit2/webkit2.h>
 
 namespace velto {
 

@@ -1,8 +1,8 @@
 #pragma once
 
-#include <glib.h>
-
 #include <optional>
+
+#include <glib.h>
 
 #include "platform/web/WebTypes.h"
 

@@ -1,11 +1,11 @@
 #include "platform/gtk/WindowManager.h"
 
+#include <algorithm>
+#include <memory>
+
 #include <X11/Xatom.h>
 #include <X11/Xlib.h>
 #include <gdk/gdkx.h>
-
-#include <algorithm>
-#include <memory>
 
 namespace velto {
 
@@ -51,8 +51,9 @@ bool propertyHolds(GdkDisplay* display, GdkWindow* window, Atom property, Atom w
   unsigned long rest = 0;
   unsigned char* data = nullptr;
   gdk_x11_display_error_trap_push(display);
-  const int failed = XGetWindowProperty(gdk_x11_display_get_xdisplay(display), GDK_WINDOW_XID(window), property, 0, kMost,
-                                        False, XA_ATOM, &type, &format, &count, &rest, &data);
+  const int failed =
+      XGetWindowProperty(gdk_x11_display_get_xdisplay(display), GDK_WINDOW_XID(window), property, 0, kMost,
+                         False, XA_ATOM, &type, &format, &count, &rest, &data);
   const int error = gdk_x11_display_error_trap_pop(display);
   const std::unique_ptr<unsigned char, XFreeData> owner(data);
   if (failed != Success || error != 0 || type != XA_ATOM || format != 32 || !owner) return false;

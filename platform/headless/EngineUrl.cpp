@@ -14,7 +14,8 @@ Url engineUrl(const Url& url) {
   const std::size_t start = scheme.size() + 3;
   const std::size_t end = std::min(given.find_first_of("/?#", start), given.size());
   const std::string authority = given.substr(start, end - start);
-  if (const std::size_t at = authority.rfind('@'); at != std::string::npos) text += authority.substr(0, at + 1);
+  if (const std::size_t at = authority.rfind('@'); at != std::string::npos)
+    text += authority.substr(0, at + 1);
   text += host->find(':') == std::string::npos ? *host : "[" + *host + "]";
   const auto port = url.port();
   if (port && *port != (scheme == "http" ? 80 : 443)) text += ":" + std::to_string(*port);

@@ -7,8 +7,8 @@
 
 namespace velto {
 
-/// Background work on the test's own thread: at once, or while it is held, piece by piece when the test says so. Main
-/// thread only.
+/// Background work on the test's own thread: at once, or while it is held, piece by piece when the test says
+/// so. Main thread only.
 class HeadlessBackgroundQueue final : public BackgroundQueue {
  public:
   void async(Task task) override;

@@ -10,7 +10,8 @@
 
 namespace velto {
 
-/// A cookie jar in memory. One cookie for each name, domain and path; one that has expired takes the old one out.
+/// A cookie jar in memory. One cookie for each name, domain and path; one that has expired takes the old one
+/// out.
 class HeadlessCookieStore final : public CookieStore {
  public:
   explicit HeadlessCookieStore(VirtualLoop& loop) : loop_(loop) {}

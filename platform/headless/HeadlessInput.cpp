@@ -140,7 +140,8 @@ void HeadlessInput::click(Window& window, std::string_view identifier) {
 }
 
 void HeadlessInput::key(Window& window, KeyEvent event) {
-  if (!window.isKey()) throw std::logic_error("The window \"" + window.title() + "\" does not have the keyboard");
+  if (!window.isKey())
+    throw std::logic_error("The window \"" + window.title() + "\" does not have the keyboard");
   const WeakPtr<Window> typed = window;
   event.time = clock_.uptime();
   const Modifiers& held = event.modifiers;

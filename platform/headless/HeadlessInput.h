@@ -10,10 +10,11 @@ namespace velto {
 
 /// The test's pointer and keyboard.
 ///
-/// Points are in the window's content coordinates. An event goes to the deepest view under the pointer and then up its
-/// superviews until one uses it. The pointer counts as inside that view and all its superviews. A press gives the window
-/// the keyboard; what uses the press gets the drags and the release. A press that no view uses moves a window that is
-/// movable by its background. Everything throws `std::logic_error` when the window is not on the screen.
+/// Points are in the window's content coordinates. An event goes to the deepest view under the pointer and
+/// then up its superviews until one uses it. The pointer counts as inside that view and all its superviews. A
+/// press gives the window the keyboard; what uses the press gets the drags and the release. A press that no
+/// view uses moves a window that is movable by its background. Everything throws `std::logic_error` when the
+/// window is not on the screen.
 class HeadlessInput {
  public:
   struct Press {
@@ -38,8 +39,9 @@ class HeadlessInput {
   /// In the middle of the view with that identifier, or of what covers it. Throws when there is no such view.
   void click(Window& window, std::string_view identifier);
 
-  /// A key with modifiers other than shift is offered as a key equivalent first; then the window gets it, then its
-  /// page. The event's time is set from the clock. Throws when the window does not have the keyboard.
+  /// A key with modifiers other than shift is offered as a key equivalent first; then the window gets it,
+  /// then its page. The event's time is set from the clock. Throws when the window does not have the
+  /// keyboard.
   void key(Window& window, KeyEvent event);
 
  private:

@@ -16,9 +16,9 @@ namespace velto {
 
 /// Everything that the application stands on, without a display, a disk, a network or real time.
 ///
-/// The application's files are below /data/Velto, /config/Velto and /cache/Velto in memory, the person's documents in
-/// /home/p/Documents, which is there; the program's resources are those of the source tree, copied into memory. Windows
-/// and web views must be gone before it, or be held by nothing but its queue.
+/// The application's files are below /data/Velto, /config/Velto and /cache/Velto in memory, the person's
+/// documents in /home/p/Documents, which is there; the program's resources are those of the source tree,
+/// copied into memory. Windows and web views must be gone before it, or be held by nothing but its queue.
 class HeadlessPlatform {
  public:
   HeadlessPlatform();

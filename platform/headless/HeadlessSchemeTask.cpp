@@ -4,12 +4,14 @@
 
 namespace velto {
 
-HeadlessSchemeTask::HeadlessSchemeTask(std::string_view urlText, std::optional<Url> mainDocumentUrl, Answer answer)
+HeadlessSchemeTask::HeadlessSchemeTask(std::string_view urlText, std::optional<Url> mainDocumentUrl,
+                                       Answer answer)
     : url_(Url::parse(urlText)), mainDocumentUrl_(std::move(mainDocumentUrl)), answer_(std::move(answer)) {}
 
 HeadlessSchemeTask::~HeadlessSchemeTask() { fail("The request was not answered"); }
 
-void HeadlessSchemeTask::respond(int status, const std::map<std::string, std::string>& headers, std::string body) {
+void HeadlessSchemeTask::respond(int status, const std::map<std::string, std::string>& headers,
+                                 std::string body) {
   answer({status, headers, std::move(body), std::nullopt});
 }
 

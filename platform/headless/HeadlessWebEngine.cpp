@@ -32,7 +32,8 @@ std::vector<std::shared_ptr<HeadlessDataStore>> HeadlessWebEngine::nonPersistent
   return stores;
 }
 
-std::unique_ptr<WebView> HeadlessWebEngine::makeWebView(const Rect& frame, WebViewConfiguration configuration) {
+std::unique_ptr<WebView> HeadlessWebEngine::makeWebView(const Rect& frame,
+                                                        WebViewConfiguration configuration) {
   auto webView = std::make_unique<HeadlessWebView>(*this, frame, std::move(configuration));
   webViews_.push_back(webView.get());
   note("makeWebView");
@@ -47,7 +48,7 @@ std::shared_ptr<DataStore> HeadlessWebEngine::makeNonPersistentDataStore() {
 
 void HeadlessWebEngine::note(std::string entry) {
   log_.push_back(std::move(entry));
-  if (onLog) onLog(std::string(log_.back()));
+  if (const auto tell = onLog) tell(std::string(log_.back()));
 }
 
 void HeadlessWebEngine::webViewGone(const HeadlessWebView& webView) { std::erase(webViews_, &webView); }

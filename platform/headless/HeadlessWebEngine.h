@@ -23,8 +23,8 @@ class HeadlessWebEngine final : public WebEngine {
  public:
   explicit HeadlessWebEngine(VirtualLoop& loop);
 
-  /// What is found at the address, with or without a fragment; an address without a page gives an empty one with the
-  /// title "". Throws `std::invalid_argument` when the text is no URL.
+  /// What is found at the address, with or without a fragment; an address without a page gives an empty one
+  /// with the title "". Throws `std::invalid_argument` when the text is no URL.
   void setPage(std::string_view urlText, ScriptedPage page);
   [[nodiscard]] ScriptedPage pageAt(const Url& url) const;
 
@@ -36,10 +36,12 @@ class HeadlessWebEngine final : public WebEngine {
   /// What was asked of the engine and its web views, in order, as "makeWebView", "load http://a.example/",
   /// "loadHtml <base URL>", "reload", "goBack", "goForward", "stopLoading".
   [[nodiscard]] const std::vector<std::string>& log() const { return log_; }
-  /// Called with each entry as it is made, from within the call that made it, to look at the state at that moment.
+  /// Called with each entry as it is made, from within the call that made it, to look at the state at that
+  /// moment.
   std::function<void(const std::string& entry)> onLog;
 
-  [[nodiscard]] std::unique_ptr<WebView> makeWebView(const Rect& frame, WebViewConfiguration configuration) override;
+  [[nodiscard]] std::unique_ptr<WebView> makeWebView(const Rect& frame,
+                                                     WebViewConfiguration configuration) override;
   [[nodiscard]] std::shared_ptr<DataStore> defaultDataStore() override { return defaultStore_; }
   [[nodiscard]] std::shared_ptr<DataStore> makeNonPersistentDataStore() override;
 

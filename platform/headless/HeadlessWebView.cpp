@@ -1,11 +1,11 @@
 #include "platform/headless/HeadlessWebView.h"
 
-#include <cairomm/surface.h>
-
 #include <algorithm>
 #include <cmath>
 #include <stdexcept>
 #include <utility>
+
+#include <cairomm/surface.h>
 
 #include "platform/foundation/Text.h"
 #include "platform/headless/EngineUrl.h"
@@ -45,7 +45,8 @@ std::string blankPicture(int width, int height) {
 
 }  // namespace
 
-HeadlessWebView::HeadlessWebView(HeadlessWebEngine& engine, const Rect& frame, WebViewConfiguration configuration)
+HeadlessWebView::HeadlessWebView(HeadlessWebEngine& engine, const Rect& frame,
+                                 WebViewConfiguration configuration)
     : WebView(frame), engine_(engine), configuration_(std::move(configuration)) {}
 
 HeadlessWebView::~HeadlessWebView() {
@@ -74,7 +75,8 @@ std::optional<Navigation> HeadlessWebView::clickLink(std::string_view urlText) {
   return begin({.url = engineUrl(*url)});
 }
 
-std::optional<Navigation> HeadlessWebView::loadHtml(std::string_view html, const std::optional<Url>& baseUrl) {
+std::optional<Navigation> HeadlessWebView::loadHtml(std::string_view html,
+                                                    const std::optional<Url>& baseUrl) {
   const Url url = baseUrl ? engineUrl(*baseUrl) : *Url::parse("about:blank");
   engine_.note("loadHtml " + url.absoluteString());
   Page page;
@@ -172,11 +174,11 @@ void HeadlessWebView::leavePage() {
   UIDelegate* person = uiDelegate();
   if (!page_ || !page_->script.beforeUnload || person == nullptr) return start();
   asking_ = load_->navigation;
-  person->runBeforeUnloadConfirmPanel(
-      *this, [weak = WeakPtr<HeadlessWebView>(*this), navigation = *asking_](bool leave) {
-        if (!weak) return;
-        weak->post([navigation, leave](HeadlessWebView& self) { self.answeredBeforeUnload(navigation, leave); });
-      });
+  person->runBeforeUnloadConfirmPanel(*this, [weak = WeakPtr<HeadlessWebView>(*this),
+                                              navigation = *asking_](bool leave) {
+    if (!weak) return;
+    weak->post([navigation, leave](HeadlessWebView& self) { self.answeredBeforeUnload(navigation, leave); });
+  });
 }
 
 void HeadlessWebView::answeredBeforeUnload(Navigation navigation, bool leave) {
@@ -222,16 +224,19 @@ void HeadlessWebView::seekPage() {
 }
 
 void HeadlessWebView::askHandler(UrlSchemeHandler& handler) {
-  const auto answer = [weak = WeakPtr<HeadlessWebView>(*this), navigation = load_->navigation](SchemeResponse response) {
+  const auto answer = [weak = WeakPtr<HeadlessWebView>(*this),
+                       navigation = load_->navigation](SchemeResponse response) {
     if (!weak || !weak->isUnderWay(navigation)) return;
     Page& found = weak->load_->found;
     found.html = response.body;
     found.script.title = titleOf(response.body);
-    if (response.failure) found.script.error = WebError{WebError::kUrlDomain, -1, *response.failure, weak->load_->url};
+    if (response.failure)
+      found.script.error = WebError{WebError::kUrlDomain, -1, *response.failure, weak->load_->url};
     found.response = std::move(response);
     weak->queueStep();
   };
-  handler.startTask(*this, std::make_unique<HeadlessSchemeTask>(load_->url.absoluteString(), load_->url, answer));
+  handler.startTask(*this,
+                    std::make_unique<HeadlessSchemeTask>(load_->url.absoluteString(), load_->url, answer));
 }
 
 void HeadlessWebView::receivePage() {
@@ -304,7 +309,8 @@ void HeadlessWebView::crash() {
 void HeadlessWebView::setResponsive(bool responsive) {
   if (std::exchange(responsive_, responsive) == responsive) return;
   post([responsive](HeadlessWebView& self) {
-    if (auto* delegate = self.navigationDelegate()) delegate->webContentResponsivenessChanged(self, responsive);
+    if (auto* delegate = self.navigationDelegate())
+      delegate->webContentResponsivenessChanged(self, responsive);
   });
   if (!responsive) return;
   if (std::exchange(stalled_, false) && load_) queueStep();
@@ -325,7 +331,8 @@ void HeadlessWebView::runScript(HeldScript held) {
     std::optional<JsonValue> result;
     if (weak && weak->generation_ == held.generation && !weak->crashed_) {
       if (!weak->responsive_) return weak->heldScripts_.push_back(std::move(held));
-      const auto& answer = weak->scriptAnswer_ || !weak->page_ ? weak->scriptAnswer_ : weak->page_->script.answerScript;
+      const auto answer =
+          weak->scriptAnswer_ || !weak->page_ ? weak->scriptAnswer_ : weak->page_->script.answerScript;
       if (answer) result = answer(held.script);
     }
     if (held.completion) held.completion(std::move(result));
@@ -334,7 +341,8 @@ void HeadlessWebView::runScript(HeldScript held) {
 
 void HeadlessWebView::dropHeldScripts() {
   for (HeldScript& held : std::exchange(heldScripts_, {})) {
-    if (held.completion) engine_.loop().async([completion = std::move(held.completion)] { completion(std::nullopt); });
+    if (held.completion)
+      engine_.loop().async([completion = std::move(held.completion)] { completion(std::nullopt); });
   }
 }
 
@@ -351,7 +359,8 @@ std::shared_ptr<UrlSchemeHandler> HeadlessWebView::handlerFor(std::string_view u
   return found == configuration_.urlSchemeHandlers.end() ? nullptr : found->second;
 }
 
-void HeadlessWebView::fetch(const std::string& urlText, std::function<void(const SchemeResponse&)> completion) {
+void HeadlessWebView::fetch(const std::string& urlText,
+                            std::function<void(const SchemeResponse&)> completion) {
   const auto handler = handlerFor(urlText);
   if (!handler) throw std::logic_error("Nobody answers for the scheme of \"" + urlText + "\"");
   post([handler, urlText, completion = std::move(completion)](HeadlessWebView& self) {
@@ -366,7 +375,8 @@ void HeadlessWebView::takeSnapshot(double width, std::function<void(std::optiona
   const Size shown = frame().size;
   std::optional<std::string> picture;
   if (page_ && !crashed_ && !bounds().isEmpty() && width >= 1 && width <= Window::kMaximumSide) {
-    const double height = std::clamp(std::round(width * shown.height / shown.width), 1.0, Window::kMaximumSide);
+    const double height =
+        std::clamp(std::round(width * shown.height / shown.width), 1.0, Window::kMaximumSide);
     picture = blankPicture(static_cast<int>(width), static_cast<int>(height));
   }
   engine_.loop().async([completion = std::move(completion), picture] { completion(picture); });

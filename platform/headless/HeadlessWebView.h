@@ -15,9 +15,10 @@ namespace velto {
 
 /// A web view that acts out scripted pages.
 ///
-/// A load takes the address at once and everything else comes through the loop. A page that asks before it is left does
-/// so before the navigation starts, so that a refused one only fails. Addresses read as engines write them:
-/// "http://LocalHost:80" becomes "http://localhost/". While the page does not respond its loads and scripts stand still.
+/// A load takes the address at once and everything else comes through the loop. A page that asks before it is
+/// left does so before the navigation starts, so that a refused one only fails. Addresses read as engines
+/// write them: "http://LocalHost:80" becomes "http://localhost/". While the page does not respond its loads
+/// and scripts stand still.
 class HeadlessWebView final : public WebView {
  public:
   HeadlessWebView(HeadlessWebEngine& engine, const Rect& frame, WebViewConfiguration configuration);
@@ -47,7 +48,9 @@ class HeadlessWebView final : public WebView {
   /// The HTML of the page when it was loaded as text or came from an own scheme.
   [[nodiscard]] std::string html() const { return page_ ? page_->html : ""; }
   /// How the page's own request was answered when it is of an own scheme.
-  [[nodiscard]] std::optional<SchemeResponse> response() const { return page_ ? page_->response : std::nullopt; }
+  [[nodiscard]] std::optional<SchemeResponse> response() const {
+    return page_ ? page_->response : std::nullopt;
+  }
   /// The store in use, be it given or the engine's default.
   [[nodiscard]] HeadlessDataStore& dataStore() const;
   [[nodiscard]] bool isCrashed() const { return crashed_; }
@@ -105,7 +108,9 @@ class HeadlessWebView final : public WebView {
   std::optional<Navigation> goTo(std::size_t place);
   /// Another load, or the person, cuts off the one under way.
   void cancelLoad();
-  [[nodiscard]] bool isUnderWay(Navigation navigation) const { return load_ && load_->navigation == navigation; }
+  [[nodiscard]] bool isUnderWay(Navigation navigation) const {
+    return load_ && load_->navigation == navigation;
+  }
   void queueStep(double delay = 0);
   void step(Navigation navigation);
   void leavePage();

@@ -85,7 +85,8 @@ bool HeadlessWindowSystem::isOnScreen(const Window& window) const {
 }
 
 Window* HeadlessWindowSystem::nextKeyWindow() const {
-  const auto last = std::find_if(keyHistory_.rbegin(), keyHistory_.rend(), [this](Window* w) { return isOnScreen(*w); });
+  const auto last =
+      std::find_if(keyHistory_.rbegin(), keyHistory_.rend(), [this](Window* w) { return isOnScreen(*w); });
   return last == keyHistory_.rend() ? nullptr : *last;
 }
 
@@ -105,7 +106,8 @@ void HeadlessWindowSystem::focus(Window* window) {
     application_->keyWindowChanged(nullptr);
     return;
   }
-  if (!isOnScreen(*window)) throw std::logic_error("A window that is not on the screen cannot have the keyboard");
+  if (!isOnScreen(*window))
+    throw std::logic_error("A window that is not on the screen cannot have the keyboard");
   raise(*window);
   makeKey(*window);
 }
@@ -139,13 +141,15 @@ int HeadlessWindowSystem::grantedLevel(const Window& window) const {
 
 std::vector<Window*> HeadlessWindowSystem::frontToBack() const {
   std::vector<Window*> windows;
-  std::copy_if(stack_.rbegin(), stack_.rend(), std::back_inserter(windows), [this](Window* w) { return isOnScreen(*w); });
+  std::copy_if(stack_.rbegin(), stack_.rend(), std::back_inserter(windows),
+               [this](Window* w) { return isOnScreen(*w); });
   std::stable_sort(windows.begin(), windows.end(),
                    [this](Window* a, Window* b) { return grantedLevel(*a) > grantedLevel(*b); });
   return windows;
 }
 
-void HeadlessWindowSystem::showAlert(const Alert& alert, WeakPtr<Window> sheetOn, AlertCompletion completion) {
+void HeadlessWindowSystem::showAlert(const Alert& alert, WeakPtr<Window> sheetOn,
+                                     AlertCompletion completion) {
   if (alert.buttons.empty()) throw std::logic_error("An alert without a button cannot be answered");
   alerts_.push_back({++lastAlert_, alert, bool{sheetOn}, sheetOn, std::move(completion), false});
   answerAlertsOfClosedWindows();
@@ -197,8 +201,8 @@ void HeadlessWindowSystem::answerAlertsOfClosedWindows() {
 }
 
 void HeadlessWindowSystem::deliverClosed(std::uint64_t number) {
-  const auto found =
-      std::find_if(alerts_.begin(), alerts_.end(), [number](const PendingAlert& a) { return a.number == number; });
+  const auto found = std::find_if(alerts_.begin(), alerts_.end(),
+                                  [number](const PendingAlert& a) { return a.number == number; });
   const PendingAlert pending = std::move(*found);
   alerts_.erase(found);
   pending.completion({pending.alert.buttons.size() - 1, pending.alert.textField.value_or("")});

@@ -15,11 +15,12 @@
 
 namespace velto {
 
-/// A desktop without a display: any set of screens, a window manager that does as it is told, and a person whose hands
-/// are the test's.
+/// A desktop without a display: any set of screens, a window manager that does as it is told, and a person
+/// whose hands are the test's.
 ///
-/// A window that asks for the keyboard has it at once. When the key window goes out, is put away or is closed, nobody
-/// has the keyboard until the loop runs next; then it goes to the window of the application that had it last.
+/// A window that asks for the keyboard has it at once. When the key window goes out, is put away or is
+/// closed, nobody has the keyboard until the loop runs next; then it goes to the window of the application
+/// that had it last.
 class HeadlessWindowSystem final : public WindowSystem {
  public:
   struct Ordered {
@@ -55,8 +56,8 @@ class HeadlessWindowSystem final : public WindowSystem {
   /// @{
   /// Those that wait for an answer, oldest first.
   [[nodiscard]] std::vector<Alert> alerts() const;
-  /// Answers the oldest alert; its completion is queued on the loop. Without a text the alert's field keeps what stood
-  /// in it. Throws `std::logic_error` when no alert waits or it has no such button.
+  /// Answers the oldest alert; its completion is queued on the loop. Without a text the alert's field keeps
+  /// what stood in it. Throws `std::logic_error` when no alert waits or it has no such button.
   void answerAlert(std::size_t button, std::optional<std::string> text = std::nullopt);
   void answerAlert(std::string_view buttonTitle, std::optional<std::string> text = std::nullopt);
   /// One line for each alert that the person was never seen to answer.

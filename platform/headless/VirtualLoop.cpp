@@ -107,8 +107,8 @@ void VirtualLoop::schedule(double seconds, std::shared_ptr<WorkItem::State> stat
 
 Timer VirtualLoop::every(double seconds, std::function<void()> work) {
   const Nanoseconds interval = std::max<Nanoseconds>(fromSeconds(seconds), 1'000'000);
-  const auto timer = std::make_shared<Repeating>(
-      Repeating{std::move(work), uptime_, interval, nextKey(uptime_ + interval)});
+  const auto timer =
+      std::make_shared<Repeating>(Repeating{std::move(work), uptime_, interval, nextKey(uptime_ + interval)});
   (*wakeups_)[timer->key] = {nullptr, timer};
   return Timer([wakeups = std::weak_ptr(wakeups_), weak = std::weak_ptr(timer)] {
     const auto all = wakeups.lock();
@@ -123,8 +123,8 @@ std::size_t VirtualLoop::queuedTasks() const {
 }
 
 std::size_t VirtualLoop::runningTimers() const {
-  return static_cast<std::size_t>(
-      std::count_if(wakeups_->begin(), wakeups_->end(), [](const auto& entry) { return entry.second.timer != nullptr; }));
+  return static_cast<std::size_t>(std::count_if(
+      wakeups_->begin(), wakeups_->end(), [](const auto& entry) { return entry.second.timer != nullptr; }));
 }
 
 std::size_t VirtualLoop::pendingWorkItems() const { return wakeups_->size() - runningTimers(); }

@@ -16,8 +16,9 @@ namespace velto {
 
 /// The main queue and the clock of a test: time stands still until the test moves it.
 ///
-/// Uptime starts at 1000 s, the wall clock at 2024-01-02T03:04:05Z. Time is kept in whole nanoseconds, so that ten steps
-/// of 0.1 s reach a deadline of 1 s. Work may call `jump` and `setWallTime`, but not the members that run work.
+/// Uptime starts at 1000 s, the wall clock at 2024-01-02T03:04:05Z. Time is kept in whole nanoseconds, so
+/// that ten steps of 0.1 s reach a deadline of 1 s. Work may call `jump` and `setWallTime`, but not the
+/// members that run work.
 class VirtualLoop final : public MainQueue, public Clock {
  public:
   VirtualLoop();
@@ -29,13 +30,14 @@ class VirtualLoop final : public MainQueue, public Clock {
   void async(Task task) override;
   [[nodiscard]] Timer every(double seconds, std::function<void()> work) override;
 
-  /// Empties the queue, then runs all that is due within the time in order of due time, ties in order of scheduling.
-  /// The clock stands at the due time while each runs, and the queue is emptied after each. Throws
-  /// `std::runtime_error` when work keeps making work without time going by.
+  /// Empties the queue, then runs all that is due within the time in order of due time, ties in order of
+  /// scheduling. The clock stands at the due time while each runs, and the queue is emptied after each.
+  /// Throws `std::runtime_error` when work keeps making work without time going by.
   void advance(double seconds);
   /// Runs queued work until there is none; time stands still and nothing that is merely due is run.
   void drain();
-  /// Runs what is queued now and leaves what that work queues for the next turn. False when nothing was queued.
+  /// Runs what is queued now and leaves what that work queues for the next turn. False when nothing was
+  /// queued.
   bool runTurn();
   /// Time goes by and nothing runs, as while the machine sleeps or the thread is busy.
   void jump(double seconds);

@@ -20,7 +20,8 @@ constexpr const char* kSweep = "handoff: sweep 2024-01-02T03:04:05Z";
 
 using Variables = std::vector<std::pair<std::string, std::string>>;
 
-/// The calls of each part of the start, with "|" before the one that the desktop makes next and before what was queued.
+/// The calls of each part of the start, with "|" before the one that the desktop makes next and before what
+/// was queued.
 CallLog callsOfStart(const Variables& variables) {
   TestApplication app;
   for (const auto& [name, value] : variables) app.headless.environment().variables[name] = value;
@@ -37,15 +38,40 @@ CallLog callsOfStart(const Variables& variables) {
 }
 
 TEST(StartUp, callsEverybodyInOrder) {
-  const CallLog ordinary{"layouts: opener", "sessions: load",   "history: prepare", kSweep,
-                         "sync: start",     "layouts: prepare", "|",                "menu: build",
-                         "updates: apply",  "|",                "extension: check", "|",
+  const CallLog ordinary{"layouts: opener",
+                         "sessions: load",
+                         "history: prepare",
+                         kSweep,
+                         "sync: start",
+                         "layouts: prepare",
+                         "|",
+                         "menu: build",
+                         "updates: apply",
+                         "|",
+                         "extension: check",
+                         "|",
                          "tool: offer"};
-  const CallLog withoutSync{"layouts: opener",  "sessions: load", "history: prepare", kSweep,
-                            "layouts: prepare", "|",              "menu: build",      "updates: apply",
-                            "|",                "extension: check", "|",              "tool: offer"};
-  const CallLog testMode{"layouts: opener", "history: prepare", kSweep, "layouts: prepare", "|",
-                         "menu: build",     "updates: apply",   "|",    "|"};
+  const CallLog withoutSync{"layouts: opener",
+                            "sessions: load",
+                            "history: prepare",
+                            kSweep,
+                            "layouts: prepare",
+                            "|",
+                            "menu: build",
+                            "updates: apply",
+                            "|",
+                            "extension: check",
+                            "|",
+                            "tool: offer"};
+  const CallLog testMode{"layouts: opener",
+                         "history: prepare",
+                         kSweep,
+                         "layouts: prepare",
+                         "|",
+                         "menu: build",
+                         "updates: apply",
+                         "|",
+                         "|"};
   const CallLog repairTest{"layouts: opener", "history: prepare", kSweep, "layouts: prepare", "|",
                            "menu: build",     "updates: apply",   "|",    "extension: check", "|"};
   const std::string mode = "HOVREL_UI_TEST_MODE";
@@ -72,8 +98,12 @@ TEST(StartUp, readsTheSessionUnlessThePersonDoesNotWantIt) {
     std::optional<PropertyList> value;
     bool reads;
   } cases[] = {
-      {"missing", {}, true},       {"true", PropertyList(true), true},        {"false", PropertyList(false), false},
-      {"a text", "false", true},   {"a date", PropertyList(WallTime{}), true}, {"a list", PropertyList::Array{}, true},
+      {"missing", {}, true},
+      {"true", PropertyList(true), true},
+      {"false", PropertyList(false), false},
+      {"a text", "false", true},
+      {"a date", PropertyList(WallTime{}), true},
+      {"a list", PropertyList::Array{}, true},
   };
   for (const auto& c : cases) {
     TestApplication app;
@@ -132,8 +162,10 @@ TEST(StartUp, resumesTheImportThatWaitedForAccess) {
     bool testMode;
     bool shows, removed;
   } cases[] = {
-      {"just now", 0, false, true, true},          {"at the last moment", 900, false, true, true},
-      {"a second too long ago", 901, false, false, true}, {"in the future", -1, false, false, true},
+      {"just now", 0, false, true, true},
+      {"at the last moment", 900, false, true, true},
+      {"a second too long ago", 901, false, false, true},
+      {"in the future", -1, false, false, true},
       {"in test mode", 10, true, false, false},
   };
   for (const auto& c : cases) {

@@ -1,5 +1,6 @@
 """Fixtures: desktops for a module, an application and a site for a test."""
 
+import signal
 import sys
 from pathlib import Path
 
@@ -48,8 +49,14 @@ def running(shared):
     """An application that runs for the whole module, with no window at the beginning of each test."""
     if not shared.pids():
         shared.start()
+    pid = shared.pid()
     yield shared
-    shared.close_windows()
+    try:
+        assert shared.pids() == [pid], "the application died"
+        shared.close_windows()
+    except BaseException:
+        shared.end(signal.SIGKILL)
+        raise
 
 
 @pytest.fixture

@@ -21,13 +21,13 @@ def test_a_window_takes_the_keyboard(running, site, neighbour):
 
 
 @pytest.mark.parametrize("options", ["--background", "--no-focus", "--background --no-focus --on-top"])
-@pytest.mark.parametrize("runs_already", [True, False])
-def test_the_keyboard_stays_where_it_is(running, velto, site, neighbour, options, runs_already):
-    application = running if runs_already else velto
+@pytest.mark.parametrize("application", ["running", "velto"])
+def test_the_keyboard_stays_where_it_is(request, site, neighbour, options, application):
+    application = request.getfixturevalue(application)
     page = site.page("/page", COLOUR, REPORTS_KEYS)
     window = application.open(page, *PLACE, *options.split())
     window.wait_until_shows(COLOUR)
-    running.desktop.input.press("v")
+    application.desktop.input.press("v")
     wait_until(lambda: neighbour.events(X.KeyPress) or not neighbour.has_focus(), "the key arrives somewhere")
     assert neighbour.has_focus()
     assert not window.has_focus()

@@ -27,7 +27,6 @@ BUTTON = (0xFF, 0xFD, 0xF7)
                                         ("0", 100)])
 def test_zoom(running, site, zoom, side):
     window = running.open(site.page("/page", COLOUR, BOX), "--size", "420x420", "--zoom", zoom)
-    window.wait_until_shows(COLOUR)
     inside, outside = (side - 1, side - 1), (side, side)
     wait_until(lambda: (window.colour(*inside), window.colour(*outside)) == ("#ff0000", COLOUR),
                lambda: f"the box ends at {side}: {window.colour(*inside)}, {window.colour(*outside)}")
@@ -73,6 +72,7 @@ def test_a_page_that_dies_says_so_and_comes_back(running, site):
     reload = wait_until(lambda: button_in(dying), "the window offers to load the page again")
     assert other.shows(OTHER)
     running.desktop.input.click(*other.centre())
+    wait_until(other.has_focus, "the other window has the keyboard")
     running.desktop.input.press("v")
     site.wait_for("/key")
 

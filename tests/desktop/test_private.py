@@ -2,6 +2,8 @@
 
 import os
 
+import pytest
+
 from support.waiting import wait_until
 
 KEEPS = """<script>
@@ -47,12 +49,15 @@ def test_incognito_leaves_nothing(velto, site):
     for mark in (ORDINARY, PRIVATE):
         assert f"{mark}-cookie=1" in site.wait_for(f"/{mark}-done")["cookie"]
     assert ORDINARY not in site.wait_for(f"/{PRIVATE}-done")["cookie"], "a private window sees no stored cookies"
+    everything = {"cookie", "item", "thing", "page"}
+    wait_until(lambda: marks_below(velto.home, ORDINARY) == everything,
+               lambda: f"an ordinary window leaves its traces, not only {marks_below(velto.home, ORDINARY)}")
+    assert marks_below(velto.home, PRIVATE) == set()
     ordinary.close()
     private.close()
     velto.end()
     wait_until(lambda: not velto.web_processes(), "the pages' processes end")
-    wait_until(lambda: marks_below(velto.home, ORDINARY) == {"cookie", "item", "thing", "page"},
-               lambda: f"an ordinary window leaves its traces, not only {marks_below(velto.home, ORDINARY)}")
+    assert marks_below(velto.home, ORDINARY) == everything
     assert marks_below(velto.home, PRIVATE) == set()
 
 
@@ -74,8 +79,15 @@ def test_private_windows_share_nothing(running, site):
     assert "Cookie" not in site.headers_of("/other")
 
 
-def test_files_are_the_persons_own(velto, site):
-    os.umask(0o022)
+@pytest.fixture
+def open_handed():
+    """A person whose files everybody may read."""
+    before = os.umask(0o022)
+    yield
+    os.umask(before)
+
+
+def test_files_are_the_persons_own(open_handed, velto, site):
     velto.open(page_that_keeps(site, ORDINARY))
     site.wait_for(f"/{ORDINARY}-done")
     velto.end()

@@ -28,19 +28,23 @@ inline std::string textOf(double number) {
   return text.str();
 }
 
-inline std::string textOf(const std::optional<std::string>& text) { return text ? "\"" + *text + "\"" : "nothing"; }
+inline std::string textOf(const std::optional<std::string>& text) {
+  return text ? "\"" + *text + "\"" : "nothing";
+}
 
 /// A control bar that writes down what it was told and takes the keyboard when the test lets it.
 class FakeControlBarView : public ControlBarView {
  public:
-  FakeControlBarView(CallLog& log, bool takesAddress) : takesAddress(takesAddress), log_(log) {}
+  FakeControlBarView(CallLog& log, bool takesAddresses) : takesAddress(takesAddresses), log_(log) {}
 
   bool takesAddress;
   bool takesKeyEquivalents = false;
   std::optional<std::string> address;
 
   void setPageZoom(double zoom) override { log_.push_back("bar: zoom " + textOf(zoom)); }
-  void setPrivate(bool isPrivate) override { log_.push_back(isPrivate ? "bar: private" : "bar: not private"); }
+  void setPrivate(bool isPrivate) override {
+    log_.push_back(isPrivate ? "bar: private" : "bar: not private");
+  }
   void setControlsCollapsed(bool collapsed) override {
     log_.push_back(collapsed ? "bar: collapsed" : "bar: not collapsed");
   }
@@ -127,7 +131,9 @@ class RecordingSubsystems {
   struct FakeHistory : History {
     explicit FakeHistory(Self self) : all(self) {}
     void prepare(UserDefaults&) override { all.note("history: prepare"); }
-    void show(const std::optional<std::string>& domain) override { all.note("history: show " + textOf(domain)); }
+    void show(const std::optional<std::string>& domain) override {
+      all.note("history: show " + textOf(domain));
+    }
     Self all;
   };
   struct FakeSignInHandoff : SignInHandoff {
@@ -203,7 +209,9 @@ class RecordingSubsystems {
     void loadPlayer(WebView&, const Url& url) override { all.note("player: " + url.absoluteString()); }
 
     struct Handler : UrlSchemeHandler {
-      void startTask(WebView&, std::unique_ptr<UrlSchemeTask> task) override { task->respond(200, {}, "history"); }
+      void startTask(WebView&, std::unique_ptr<UrlSchemeTask> task) override {
+        task->respond(200, {}, "history");
+      }
     };
     Self all;
   };

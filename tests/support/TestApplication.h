@@ -16,8 +16,8 @@
 
 namespace velto::test {
 
-/// The whole application on the headless platform, with doubles for what lies around it. Change the environment and
-/// the preferences first, then `start` it as the desktop would, or only `make` it.
+/// The whole application on the headless platform, with doubles for what lies around it. Change the
+/// environment and the preferences first, then `start` it as the desktop would, or only `make` it.
 class TestApplication {
  public:
   TestApplication() {
@@ -34,15 +34,17 @@ class TestApplication {
   HeadlessPlatform headless;
   RecordingSubsystems subsystems;
 
-  void setTestMode(const std::string& value = "1") { headless.environment().variables["HOVREL_UI_TEST_MODE"] = value; }
+  void setTestMode(const std::string& value = "1") {
+    headless.environment().variables["HOVREL_UI_TEST_MODE"] = value;
+  }
   void writeHistory(const std::string& json) {
     headless.files().createDirectory("/data/Velto");
     headless.files().writeAtomically("/data/Velto/History.json", json);
   }
 
   AppDelegate& make() {
-    delegate_ = std::make_unique<AppDelegate>(headless.platform(), subsystems.services(), subsystems.furniture(),
-                                              subsystems.content());
+    delegate_ = std::make_unique<AppDelegate>(headless.platform(), subsystems.services(),
+                                              subsystems.furniture(), subsystems.content());
     headless.application().setDelegate(*delegate_);
     return *delegate_;
   }
@@ -86,7 +88,9 @@ class TestApplication {
   }
 
   [[nodiscard]] std::size_t panelCount() { return delegate_->hovrelWindows().panels().size(); }
-  [[nodiscard]] HovrelPanel& panel(std::size_t index) { return *delegate_->hovrelWindows().panels().at(index); }
+  [[nodiscard]] HovrelPanel& panel(std::size_t index) {
+    return *delegate_->hovrelWindows().panels().at(index);
+  }
   [[nodiscard]] HovrelPanel& lastPanel() { return *delegate_->hovrelWindows().panels().back(); }
   /// The addresses of the open windows, oldest first.
   [[nodiscard]] std::vector<std::string> pages() {

@@ -31,7 +31,9 @@ class Application:
     def remove(self):
         processes.kill(processes.of_runtime_directory(self.runtime))
         for process in self._direct:
-            process.wait()
+            process.communicate()
+        if self.desktop.is_up():
+            self.wait_until_windows_are_gone()
         shutil.rmtree(self.home, ignore_errors=True)
 
     def run(self, *command, **environment):
@@ -84,10 +86,16 @@ class Application:
     def close_windows(self):
         for window in self.windows():
             window.ask_to_close()
+        self.wait_until_windows_are_gone()
+
+    def wait_until_windows_are_gone(self):
+        """The server may give the same names to the next one's."""
         wait_until(lambda: not self.windows(), lambda: f"all windows close: {self.windows()}")
 
     def pids(self):
-        return processes.of_runtime_directory(self.runtime, "velto-app")
+        """Those of the application, without a child that has not become another program yet."""
+        found = processes.of_runtime_directory(self.runtime, "velto-app")
+        return [pid for pid in found if processes.parent_of(pid) not in found]
 
     def pid(self):
         only, = self.pids()
@@ -98,6 +106,7 @@ class Application:
 
     def end(self, by=signal.SIGTERM):
         processes.kill(self.pids(), by)
+        self.wait_until_windows_are_gone()
 
 
 def launch_url(page, scheme="velto", **keys):

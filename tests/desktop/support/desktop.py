@@ -52,13 +52,16 @@ class Desktop:
             "TMPDIR": str(home / "tmp"),
         }
 
+    def is_up(self):
+        return bool(self.clients) and self.clients[0].poll() is None
+
     def stop(self):
         if hasattr(self, "x"):
             try:
                 self.x.close()
             except error.ConnectionClosedError:
                 pass
-        for client in reversed(self.clients):
+        for client in self.clients:
             client.terminate()
         for client in self.clients:
             try:
@@ -66,6 +69,7 @@ class Desktop:
             except subprocess.TimeoutExpired:
                 client.kill()
                 client.wait()
+        self.clients = []
         self.log.close()
         shutil.rmtree(self.folder, ignore_errors=True)
 
@@ -132,7 +136,9 @@ class TwoDisplays(Desktop):
         self.xrandr("--output", output, "--off")
 
     def xrandr(self, *arguments):
-        subprocess.run(["xrandr", "-d", self.name, *arguments], check=True, capture_output=True, timeout=20)
+        # The driver notices only at the next question that a mode makes an output a connected one.
+        for command in (arguments, ["--query"]):
+            subprocess.run(["xrandr", "-d", self.name, *command], check=True, capture_output=True, timeout=20)
 
     def _on(self, output, position, primary):
         mode = ["--output", output, "--mode", self.MODES[output][0], "--pos", position]

@@ -37,6 +37,13 @@ def of_runtime_directory(runtime, name=None):
     return sorted(pid for pid in found if is_alive(pid) and name in (None, name_of(pid)))
 
 
+def parent_of(pid):
+    try:
+        return int(Path(f"/proc/{pid}/stat").read_text().rpartition(")")[2].split()[1])
+    except OSError:
+        return 0
+
+
 def kill(pids, by=signal.SIGKILL):
     for pid in pids:
         try:

@@ -58,6 +58,12 @@ class Site:
                 body, headers, gate = site._pages.get(urlsplit(self.path).path, (b"", {}, None))
                 if gate is not None:
                     gate.wait(60)
+                try:
+                    self._answer(body, headers)
+                except OSError:
+                    pass  # the page was closed before it came
+
+            def _answer(self, body, headers):
                 self.send_response(200)
                 for name, value in {"Content-Type": "text/html; charset=utf-8", **headers}.items():
                     self.send_header(name, value)

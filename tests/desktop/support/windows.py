@@ -75,7 +75,7 @@ class Screen:
 
     def _ours(self):
         """Each with the window that it belongs to, or None."""
-        for found in self._search(self.root, depth=2):
+        for found in self._clients():
             try:
                 name, now = found.get_wm_class(), found.get_attributes()
                 if name and name[0] == PROGRAM and now.map_state == X.IsViewable and not now.override_redirect:
@@ -83,15 +83,11 @@ class Screen:
             except error.XError:
                 continue  # it went away in between
 
-    def _search(self, above, depth):
-        try:
-            children = above.query_tree().children
-        except error.XError:
-            return
-        for child in children:
-            yield child
-            if depth > 1:
-                yield from self._search(child, depth - 1)
+    def _clients(self):
+        listed = self.root.get_full_property(self.atom("_NET_CLIENT_LIST"), Xatom.WINDOW)
+        if listed is None:  # no window manager has put frames around them
+            return self.root.query_tree().children
+        return [self.x.create_resource_object("window", each) for each in listed.value]
 
     def _outermost(self, window):
         found = self.x.create_resource_object("window", window.id)
@@ -115,7 +111,10 @@ class Window:
         return hash(self.id)
 
     def __repr__(self):
-        return f"<window {self.id:#x} {self.frame()}>" if self.is_open() else f"<window {self.id:#x}, gone>"
+        try:
+            return f"<window {self.id:#x} {self.frame()}>"
+        except error.XError:
+            return f"<window {self.id:#x}, gone>"
 
     def is_open(self):
         try:
@@ -179,7 +178,7 @@ class Window:
             return False
 
     def wait_until_shows(self, colour):
-        wait_until(lambda: self.shows(colour), lambda: f"{self} shows {colour}, not {self.colour()}")
+        wait_until(lambda: self.shows(colour), lambda: f"{self} shows {colour}")
 
     def wait_for_frame(self, *expected):
         wait_until(lambda: self.frame() == expected, lambda: f"frame {expected}, not {tuple(self.frame())}", 5)

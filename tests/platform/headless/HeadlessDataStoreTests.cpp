@@ -1,12 +1,12 @@
-#include "platform/headless/HeadlessDataStore.h"
-
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <gtest/gtest.h>
 
 #include "platform/headless/EngineUrl.h"
+#include "platform/headless/HeadlessDataStore.h"
 #include "platform/headless/HeadlessPlatform.h"
 
 namespace velto {
@@ -74,7 +74,9 @@ TEST(HeadlessDataStores, EachWebViewUsesTheStoreItWasGiven) {
   EXPECT_FALSE(incognito->isPersistent());
   EXPECT_TRUE(engine.defaultDataStore()->isPersistent());
   const auto normal = engine.makeWebView({}, {});
-  auto hidden = engine.makeWebView({}, {.dataStore = incognito});
+  WebViewConfiguration configuration;
+  configuration.dataStore = incognito;
+  auto hidden = engine.makeWebView({}, std::exchange(configuration, {}));
   EXPECT_EQ(&engine.webViews()[0]->dataStore(), engine.defaultDataStore().get());
   EXPECT_EQ(&engine.webViews()[1]->dataStore(), incognito.get());
   incognito.reset();

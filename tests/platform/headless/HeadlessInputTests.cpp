@@ -1,5 +1,3 @@
-#include "platform/headless/HeadlessInput.h"
-
 #include <functional>
 #include <memory>
 #include <stdexcept>
@@ -9,6 +7,7 @@
 
 #include <gtest/gtest.h>
 
+#include "platform/headless/HeadlessInput.h"
 #include "platform/headless/HeadlessPlatform.h"
 
 namespace velto {
@@ -21,11 +20,15 @@ std::string at(Point p) { return std::to_string(int(p.x)) + "," + std::to_string
 /// Logs its events under its identifier; uses presses and moves when told to.
 class Probe : public View {
  public:
-  Probe(const Rect& frame, const std::string& name, Log& events) : View(frame), log(events) { setIdentifier(name); }
+  Probe(const Rect& frame, const std::string& name, Log& events) : View(frame), log(events) {
+    setIdentifier(name);
+  }
   bool mouseDown(const MouseEvent& e) override {
     note("down " + std::to_string(e.button) + "x" + std::to_string(e.clickCount), e);
-    if (onDown) onDown();
-    return uses;
+    // It may be gone after this.
+    const bool used = uses;
+    if (const auto act = onDown) act();
+    return used;
   }
   bool mouseDragged(const MouseEvent& e) override { return note("drag", e); }
   bool mouseUp(const MouseEvent& e) override { return note("up", e); }
@@ -92,7 +95,8 @@ TEST_F(HeadlessInputTest, APressBubblesAndItsUserGetsDragAndRelease) {
   input.moveMouse(window, {17, 17});
   take();
   input.press(window, {17, 17}, {1, 2, {}});
-  EXPECT_EQ(Log(log.end() - 2, log.end()), (Log{"inner down 1x2 2,2 screen 117,217", "outer down 1x2 7,7 screen 117,217"}));
+  EXPECT_EQ(Log(log.end() - 2, log.end()),
+            (Log{"inner down 1x2 2,2 screen 117,217", "outer down 1x2 7,7 screen 117,217"}));
   EXPECT_TRUE(window.isKey());
   take();
   input.drag(window, {99, 5});
@@ -100,7 +104,8 @@ TEST_F(HeadlessInputTest, APressBubblesAndItsUserGetsDragAndRelease) {
   input.dragOnScreen(window, {120, 30});
   input.release(window, {1, 1});
   input.drag(window, {2, 2});
-  EXPECT_EQ(take(), (Log{"outer drag 89,-5 screen 199,205", "outer drag 110,20 screen 120,30", "outer up -9,-9 screen 1,1"}));
+  EXPECT_EQ(take(), (Log{"outer drag 89,-5 screen 199,205", "outer drag 110,20 screen 120,30",
+                         "outer up -9,-9 screen 1,1"}));
 }
 
 TEST_F(HeadlessInputTest, AnUnusedPressMovesAWindowThatIsMovableByItsBackground) {
@@ -121,7 +126,8 @@ TEST_F(HeadlessInputTest, SurvivesWhatAPressDestroys) {
   input.click(window, "inner");
   input.moveMouse(window, {17, 17});
   EXPECT_EQ(log.back(), "root move 17,17 screen 117,217");
-  auto other = std::make_unique<KeyWindow>(headless.application(), Rect{{0, 0}, {50, 50}}, style_mask::kTitled);
+  auto other =
+      std::make_unique<KeyWindow>(headless.application(), Rect{{0, 0}, {50, 50}}, style_mask::kTitled);
   auto content = std::make_unique<Probe>(Rect{}, "content", log);
   content->onDown = [&] { other.reset(); };
   other->setContentView(std::move(content));
@@ -164,7 +170,7 @@ TEST_F(HeadlessInputTest, KeysGoFromTheWindowToItsPage) {
     input.key(window, c.event);
     EXPECT_EQ(window.log, c.windowSaw);
     EXPECT_EQ(page.keysReceived().size() - before, c.pageGot ? 1U : 0U) << c.event.characters;
-    if (c.pageGot) EXPECT_EQ(page.keysReceived().back().time, headless.loop().uptime());
+    EXPECT_TRUE(!c.pageGot || page.keysReceived().back().time == headless.loop().uptime());
   }
 }
 

@@ -1,9 +1,9 @@
-#include "platform/headless/HeadlessPlatform.h"
-
 #include <memory>
 #include <utility>
 
 #include <gtest/gtest.h>
+
+#include "platform/headless/HeadlessPlatform.h"
 
 namespace velto {
 namespace {
@@ -17,7 +17,8 @@ TEST(HeadlessPlatform, HasThePersonsFoldersAndTheProgramsResources) {
   };
   EXPECT_EQ(type(*platform.environment.documentsDirectory), FileInfo::Type::directory);
   EXPECT_EQ(type(platform.environment.resourcesDirectory / "Welcome.html"), FileInfo::Type::file);
-  EXPECT_EQ(type(platform.environment.applicationSupportDirectory), std::nullopt) << "the application makes it";
+  EXPECT_EQ(type(platform.environment.applicationSupportDirectory), std::nullopt)
+      << "the application makes it";
 }
 
 TEST(HeadlessPlatform, DefaultsAreAFileInMemory) {

@@ -21,8 +21,10 @@ class KeepingHandler final : public UrlSchemeHandler {
 class HeadlessSchemeTest : public testing::Test {
  protected:
   HeadlessSchemeTest() {
-    webView = headless.webEngine().makeWebView({}, {.urlSchemeHandlers = {{"velto-history", handler}}});
-    webView->setNavigationDelegate(WeakPtr<PageRecorder>(recorder));
+    WebViewConfiguration configuration;
+    configuration.urlSchemeHandlers["velto-history"] = handler;
+    webView = headless.webEngine().makeWebView({}, std::move(configuration));
+    webView->setNavigationDelegate(recorder);
   }
   void load() {
     webView->load({*Url::parse("velto-history://page/")});
@@ -61,7 +63,8 @@ TEST_F(HeadlessSchemeTest, ARequestThatFailsOrIsDroppedFailsTheLoad) {
     handler->tasks.clear();
     headless.advance();
     EXPECT_TRUE(recorder.take().back().ends_with(" -1"));
-    EXPECT_EQ(recorder.lastError.localizedDescription, drops ? "The request was not answered" : "no such page");
+    EXPECT_EQ(recorder.lastError.localizedDescription,
+              drops ? "The request was not answered" : "no such page");
   }
 }
 

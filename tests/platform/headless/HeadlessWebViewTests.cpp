@@ -1,5 +1,3 @@
-#include "platform/headless/HeadlessWebView.h"
-
 #include <memory>
 #include <string>
 #include <vector>
@@ -7,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include "platform/headless/HeadlessPlatform.h"
+#include "platform/headless/HeadlessWebView.h"
 #include "tests/platform/headless/PageRecorder.h"
 
 namespace velto {
@@ -26,8 +25,8 @@ class HeadlessWebViewTest : public testing::Test {
   }
   void remake() {
     webView = engine.makeWebView({{0, 0}, {200, 100}}, {});
-    webView->setNavigationDelegate(WeakPtr<PageRecorder>(recorder));
-    webView->setUIDelegate(WeakPtr<PageRecorder>(recorder));
+    webView->setNavigationDelegate(recorder);
+    webView->setUIDelegate(recorder);
   }
   std::optional<Navigation> load(const std::string& text) { return webView->load({*Url::parse(text)}); }
   /// Loads and lets everything happen that takes no time.
@@ -93,14 +92,30 @@ TEST_F(HeadlessWebViewTest, DelaysFailuresAndRedirectsComeAsScripted) {
   };
   for (const Case& c : {
            Case{"http://slow.example/", 5, {"start 1", "commit 1", "finish 1"}, "http://slow.example/", ""},
-           {"http://refused.example/", 0, {"start 1", "fail provisionally 1 -1004"}, "none", "http://refused.example/"},
-           {"http://broken.example/", 1, {"start 1", "commit 1", "fail 1 -1004"}, "http://broken.example/",
+           {"http://refused.example/",
+            0,
+            {"start 1", "fail provisionally 1 -1004"},
+            "none",
+            "http://refused.example/"},
+           {"http://broken.example/",
+            1,
+            {"start 1", "commit 1", "fail 1 -1004"},
+            "http://broken.example/",
             "http://broken.example/"},
-           {"http://never.example/", 60, {"start 1", "fail provisionally 1 -1001"}, "none", "http://never.example/"},
+           {"http://never.example/",
+            60,
+            {"start 1", "fail provisionally 1 -1001"},
+            "none",
+            "http://never.example/"},
            {"http://moved.example/", 6, {"start 1", "commit 1", "finish 1"}, "http://slow.example/", ""},
-           {"http://round.example/", 0, {"start 1", "fail provisionally 1 -1007"}, "none", "http://round.example/"},
+           {"http://round.example/",
+            0,
+            {"start 1", "fail provisionally 1 -1007"},
+            "none",
+            "http://round.example/"},
        }) {
     remake();
+    recorder.lastError = {};
     const std::string number = std::to_string(load(c.url)->number);
     if (c.takes > 0) {
       headless.advance(c.takes - 0.001);
@@ -113,7 +128,7 @@ TEST_F(HeadlessWebViewTest, DelaysFailuresAndRedirectsComeAsScripted) {
     EXPECT_EQ(recorder.take(), expected) << c.url;
     EXPECT_EQ(address(), c.shows) << c.url;
     const auto& failing = recorder.lastError.failingUrl;
-    if (*c.failing != '\0') EXPECT_EQ(failing->absoluteString(), c.failing);
+    EXPECT_EQ(failing ? failing->absoluteString() : "", c.failing);
     EXPECT_FALSE(webView->isLoading());
     EXPECT_TRUE(headless.loop().isIdle()) << c.url;
   }
@@ -133,7 +148,7 @@ TEST_F(HeadlessWebViewTest, ASupersededLoadFailsAsCancelledBeforeTheNextStarts) 
       platform.webEngine().setPage("http://slow.example/", {.loadDelay = 5});
       platform.webEngine().setPage("http://long.example/", {.finishDelay = 5});
       const auto view = platform.webEngine().makeWebView({}, {});
-      view->setNavigationDelegate(WeakPtr<PageRecorder>(recorder));
+      view->setNavigationDelegate(recorder);
       view->load({*Url::parse(c.url)});
       if (c.after >= 0) platform.advance(c.after);
       Log expected = c.log;
@@ -303,7 +318,8 @@ TEST_F(HeadlessWebViewTest, ACrashEndsTheLoadWithoutAWordAndTheNextLoadRecovers)
   EXPECT_TRUE(scriptAnswered);
   const std::string again = std::to_string(webView->reload()->number);
   headless.advance();
-  EXPECT_EQ(recorder.take(), (Log{"start " + again, "commit " + again, "finish " + again})) << "a dead page asks nothing";
+  EXPECT_EQ(recorder.take(), (Log{"start " + again, "commit " + again, "finish " + again}))
+      << "a dead page asks nothing";
   EXPECT_TRUE(webView->isResponsive());
   EXPECT_EQ(webView->title(), "Asks");
 }
@@ -314,7 +330,8 @@ TEST_F(HeadlessWebViewTest, APageThatDoesNotRespondHoldsLoadsAndScripts) {
   page().setResponsive(false);
   page().setResponsive(false);
   Log answers;
-  webView->evaluateJavaScript("x", [&](const auto& result) { answers.push_back(result ? "answer" : "none"); });
+  webView->evaluateJavaScript("x",
+                              [&](const auto& result) { answers.push_back(result ? "answer" : "none"); });
   load("http://b.example/");
   headless.advance(100);
   EXPECT_EQ(recorder.take(), Log{"not responsive"});
@@ -329,7 +346,8 @@ TEST_F(HeadlessWebViewTest, APageThatDoesNotRespondHoldsLoadsAndScripts) {
 }
 
 TEST_F(HeadlessWebViewTest, ScriptsAreRecordedAndAnsweredLater) {
-  engine.setPage("http://a.example/", {.answerScript = [](std::string_view script) -> std::optional<JsonValue> {
+  engine.setPage("http://a.example/",
+                 {.answerScript = [](std::string_view script) -> std::optional<JsonValue> {
                    if (script == "ok") return readJson("[1, 2]");
                    return std::nullopt;
                  }});
@@ -368,11 +386,13 @@ TEST_F(HeadlessWebViewTest, AScriptWhosePageWentAwayGivesNothing) {
 TEST_F(HeadlessWebViewTest, MessagesReachTheHandlersOfTheirWorld) {
   Log log;
   webView->configuration().userContentController->addReplyHandler(
-      "velto", [&](WebView& view, const ScriptMessage& message, const auto& reply) {
+      "velto",
+      [&](WebView& view, const ScriptMessage& message, const auto& reply) {
         EXPECT_EQ(&view, webView.get());
         log.push_back(*message.body.as<std::string>());
         reply({"1", {}});
-      }, {"own"});
+      },
+      {"own"});
   const auto keep = [&](const ScriptReply& reply) { log.push_back(reply.error ? "error" : *reply.json); };
   page().postMessage("velto", JsonValue(std::string("hello")), {"own"}, keep);
   page().postMessage("velto", JsonValue(std::string("lost")), {}, keep);
@@ -408,8 +428,8 @@ TEST_F(HeadlessWebViewTest, TheEngineLogsWhatItIsAskedAndListsLiveViews) {
   EXPECT_FALSE(shownAlready);
   second->loadHtml("", std::nullopt);
   second->stopLoading();
-  EXPECT_EQ(engine.log(),
-            (Log{"makeWebView", "makeWebView", "load http://B.example", "loadHtml about:blank", "stopLoading"}));
+  EXPECT_EQ(engine.log(), (Log{"makeWebView", "makeWebView", "load http://B.example", "loadHtml about:blank",
+                               "stopLoading"}));
   EXPECT_EQ(engine.webViews().size(), 2U);
   webView.reset();
   EXPECT_EQ(engine.webViews(), std::vector<HeadlessWebView*>{dynamic_cast<HeadlessWebView*>(second.get())});

@@ -1,5 +1,3 @@
-#include "platform/headless/HeadlessWindowSystem.h"
-
 #include <memory>
 #include <optional>
 #include <stdexcept>
@@ -9,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include "platform/headless/HeadlessPlatform.h"
+#include "platform/headless/HeadlessWindowSystem.h"
 
 namespace velto {
 namespace {
@@ -195,13 +194,15 @@ TEST(HeadlessAlerts, OneThatNobodyAnswersIsReportedAtTheEnd) {
     auto window = std::make_unique<Window>(headless.application(), Rect{{0, 0}, {10, 10}}, 0);
     for (const char* text : {"answered", "on a window that goes with the test", "forgotten"}) {
       alert.messageText = text;
-      headless.application().showAlert(alert, text[0] == 'o' ? window.get() : nullptr, [](const AlertAnswer&) {});
+      headless.application().showAlert(alert, text[0] == 'o' ? window.get() : nullptr,
+                                       [](const AlertAnswer&) {});
     }
     headless.windowSystem().answerAlert("OK");
     window.reset();
   }
-  EXPECT_EQ(failures, (std::vector<std::string>{"Nobody answered the alert \"on a window that goes with the test\"",
-                                                "Nobody answered the alert \"forgotten\""}));
+  EXPECT_EQ(failures,
+            (std::vector<std::string>{"Nobody answered the alert \"on a window that goes with the test\"",
+                                      "Nobody answered the alert \"forgotten\""}));
 }
 
 TEST(HeadlessAlertsDeathTest, WithoutATestToTellTheProcessEnds) {

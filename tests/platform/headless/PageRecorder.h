@@ -45,7 +45,7 @@ class PageRecorder final : public NavigationDelegate, public UIDelegate {
   void note(const std::string& what, WebView& view, Navigation n, const std::string& more = "") {
     const std::string line = what + " " + std::to_string(n.number) + more;
     log.push_back(line);
-    if (onEvent) onEvent(view, line);
+    if (const auto tell = onEvent) tell(view, line);
   }
 };
 

@@ -1,5 +1,3 @@
-#include "platform/headless/VirtualLoop.h"
-
 #include <memory>
 #include <stdexcept>
 #include <string>
@@ -9,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include "platform/headless/HeadlessBackgroundQueue.h"
+#include "platform/headless/VirtualLoop.h"
 
 namespace velto {
 namespace {

@@ -1,11 +1,10 @@
-#include "platform/loop/DispatchGroup.h"
-
 #include <string>
 #include <vector>
 
 #include <gtest/gtest.h>
 
 #include "platform/headless/VirtualLoop.h"
+#include "platform/loop/DispatchGroup.h"
 
 namespace velto {
 namespace {

@@ -1,5 +1,3 @@
-#include "platform/loop/MainQueue.h"
-
 #include <memory>
 #include <string>
 #include <utility>
@@ -8,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include "platform/headless/VirtualLoop.h"
+#include "platform/loop/MainQueue.h"
 
 namespace velto {
 namespace {
@@ -39,7 +38,9 @@ TEST(WorkItem, CancelFreesTheCapturesAtOnceAndCopiesKnow) {
 TEST(WorkItem, DroppingItDoesNotCancel) {
   VirtualLoop loop;
   int runs = 0;
-  { const WorkItem dropped = loop.after(1, [&] { ++runs; }); }
+  {
+    const WorkItem dropped = loop.after(1, [&] { ++runs; });
+  }
   loop.advance(5);
   EXPECT_EQ(runs, 1);
 }

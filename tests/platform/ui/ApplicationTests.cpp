@@ -1,5 +1,3 @@
-#include "platform/ui/Application.h"
-
 #include <memory>
 #include <string>
 #include <vector>
@@ -7,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include "platform/headless/HeadlessPlatform.h"
+#include "platform/ui/Application.h"
 
 namespace velto {
 namespace {

@@ -1,5 +1,3 @@
-#include "platform/ui/Window.h"
-
 #include <cmath>
 #include <limits>
 #include <memory>
@@ -10,6 +8,7 @@
 #include <gtest/gtest.h>
 
 #include "platform/headless/HeadlessPlatform.h"
+#include "platform/ui/Window.h"
 
 namespace velto {
 namespace {
@@ -37,7 +36,8 @@ using Log = std::vector<std::string>;
 
 class WindowTest : public testing::Test {
  protected:
-  std::unique_ptr<Window> make(const Rect& frame = {{0, 0}, {400, 300}}, unsigned style = style_mask::kTitled) {
+  std::unique_ptr<Window> make(const Rect& frame = {{0, 0}, {400, 300}},
+                               unsigned style = style_mask::kTitled) {
     auto window = std::make_unique<Window>(headless.application(), frame, style);
     window->setDelegate(delegate);
     return window;
@@ -104,7 +104,8 @@ TEST_F(WindowTest, CentersALittleAboveTheMiddleOfItsScreen) {
     headless.windowSystem().setScreens({screen});
     const auto window = make({c.visible.origin, c.size});
     window->center();
-    EXPECT_EQ(window->frame().origin, c.origin) << window->frame().origin.x << ", " << window->frame().origin.y;
+    EXPECT_EQ(window->frame().origin, c.origin)
+        << window->frame().origin.x << ", " << window->frame().origin.y;
   }
 }
 
@@ -114,7 +115,8 @@ TEST_F(WindowTest, IsOnTheScreenThatShowsMostOfIt) {
   left.number = 2;
   left.frame = {{-1000, 0}, {1000, 800}};
   headless.windowSystem().setScreens({main, left});
-  for (const auto& [x, number] : {std::pair{100.0, 1}, {-500.0, 2}, {-160.0, 1}, {-240.0, 2}, {-200.0, 1}, {-9000.0, 1}}) {
+  for (const auto& [x, number] :
+       {std::pair{100.0, 1}, {-500.0, 2}, {-160.0, 1}, {-240.0, 2}, {-200.0, 1}, {-9000.0, 1}}) {
     EXPECT_EQ(make({{x, 10}, {400, 300}})->screen()->number, number) << x;
   }
   headless.windowSystem().setScreens({});
@@ -154,7 +156,8 @@ TEST_F(WindowTest, CloseAsksThenTellsThenLeavesTheScreen) {
 TEST_F(WindowTest, MayBeFreedByItsDelegateOnceTheCloseIsOver) {
   for (const bool runs : {true, false}) {
     HeadlessPlatform desktop;
-    auto owned = std::make_unique<Window>(desktop.application(), Rect{{0, 0}, {100, 100}}, style_mask::kTitled);
+    auto owned =
+        std::make_unique<Window>(desktop.application(), Rect{{0, 0}, {100, 100}}, style_mask::kTitled);
     owned->setContentView(std::make_unique<View>());
     owned->setDelegate(delegate);
     const WeakPtr<Window> weak = *owned;

@@ -1,5 +1,3 @@
-#include "platform/web/UserContentController.h"
-
 #include <memory>
 #include <string>
 #include <vector>
@@ -7,12 +5,20 @@
 #include <gtest/gtest.h>
 
 #include "platform/headless/HeadlessPlatform.h"
+#include "platform/web/UserContentController.h"
 
 namespace velto {
 namespace {
 
 using Log = std::vector<std::string>;
 const ContentWorld kOwnWorld{"velto"};
+
+UserScript script(const std::string& source, const ContentWorld& world = {}) {
+  UserScript made;
+  made.source = source;
+  made.world = world;
+  return made;
+}
 
 class ControllerTest : public testing::Test {
  protected:
@@ -56,7 +62,9 @@ TEST_F(ControllerTest, NamesAreApartInEachWorld) {
 
 TEST_F(ControllerTest, TheSecondHandlerReplacesTheFirst) {
   controller.addMessageHandler("velto", handler("first"));
-  controller.addReplyHandler("velto", [](WebView&, const ScriptMessage&, const auto& reply) { reply({"1", {}}); });
+  controller.addReplyHandler("velto", [](WebView&, const ScriptMessage&, const auto& reply) {
+    reply({"1", {}});
+  });
   receive("velto");
   EXPECT_EQ(log, Log{"reply 1"});
   EXPECT_EQ(controller.channels().size(), 1U);
@@ -81,21 +89,23 @@ TEST_F(ControllerTest, NobodyNeedsToWaitForTheReply) {
 }
 
 TEST_F(ControllerTest, TheMirrorSeesWhatWasThereAndEachChange) {
-  controller.addUserScript({.source = "a"});
+  controller.addUserScript(script("a"));
   controller.addMessageHandler("m", handler("m"));
   RecordingMirror mirror;
   controller.setMirror(&mirror);
   EXPECT_EQ(mirror.log, (Log{"script a", "channel m/"}));
   mirror.log.clear();
-  controller.addUserScript({.source = "b", .world = kOwnWorld});
-  controller.addReplyHandler("m", [](WebView&, const ScriptMessage&, const auto&) {}, kOwnWorld);
+  controller.addUserScript(script("b", kOwnWorld));
+  controller.addReplyHandler(
+      "m", [](WebView&, const ScriptMessage&, const auto&) {}, kOwnWorld);
   controller.addMessageHandler("m", handler("again"));
   controller.removeMessageHandler("unknown");
   controller.removeMessageHandler("m");
-  EXPECT_EQ(mirror.log, (Log{"script b", "reply channel m/velto", "no channel m/", "channel m/", "no channel m/"}));
+  EXPECT_EQ(mirror.log,
+            (Log{"script b", "reply channel m/velto", "no channel m/", "channel m/", "no channel m/"}));
   mirror.log.clear();
   controller.setMirror(nullptr);
-  controller.addUserScript({.source = "c"});
+  controller.addUserScript(script("c"));
   EXPECT_TRUE(mirror.log.empty());
   EXPECT_EQ(controller.userScripts().size(), 3U);
 }

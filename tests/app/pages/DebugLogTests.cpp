@@ -1,0 +1,72 @@
+#include <optional>
+#include <string>
+
+#include <gtest/gtest.h>
+
+#include "app/pages/DebugLog.h"
+#include "tests/support/TestApplication.h"
+
+namespace velto {
+namespace {
+
+using test::TestApplication;
+
+constexpr const char* kFile = "/home/p/Documents/urlbar_debug.txt";
+constexpr const char* kFirstLine =
+    "AppDelegate.applicationDidFinishLaunching called at 2024-01-02 03:04:05 +0000\n";
+
+TEST(DebugLog, theStartReplacesTheFile) {
+  TestApplication app;
+  app.headless.files().writeAtomically(kFile, "from the last run\n");
+  AppDelegate& delegate = app.make();
+  delegate.applicationWillFinishLaunching();
+  EXPECT_EQ(app.headless.files().read(kFile), "from the last run\n");
+  delegate.applicationDidFinishLaunching();
+  EXPECT_EQ(app.headless.files().read(kFile), kFirstLine);
+}
+
+TEST(DebugLog, addsALineForEachMessage) {
+  TestApplication app;
+  AppDelegate& delegate = app.start();
+  delegate.debugLog().log("didFinish: https://a.example/");
+  app.headless.advance(60);
+  delegate.debugLog().log("");
+  EXPECT_EQ(app.headless.files().read(kFile),
+            std::string(kFirstLine) +
+                "2024-01-02 03:04:05 +0000: [Nav] didFinish: https://a.example/\n"
+                "2024-01-02 03:05:05 +0000: [Nav] \n");
+}
+
+TEST(DebugLog, aMissingFileStartsWithTheMessage) {
+  TestApplication app;
+  app.make().debugLog().log("hello");
+  EXPECT_EQ(app.headless.files().read(kFile), "2024-01-02 03:04:05 +0000: [Nav] hello\n");
+}
+
+TEST(DebugLog, nothingHappensWithoutADocumentsFolder) {
+  TestApplication app;
+  app.headless.environment().documentsDirectory.reset();
+  app.start().debugLog().log("hello");
+  EXPECT_FALSE(app.headless.files().exists(kFile));
+}
+
+TEST(DebugLog, aFolderThatCannotBeWrittenKeepsNothingFromStarting) {
+  TestApplication app;
+  app.headless.environment().documentsDirectory = "/nowhere/Documents";
+  app.start().debugLog().log("hello");
+  app.settleDown();
+  EXPECT_EQ(app.subsystems.countOf("menu: build"), 1);
+}
+
+TEST(DebugLog, aDiskThatFailsKeepsNothingFromStarting) {
+  TestApplication app;
+  app.make();
+  app.headless.files().failAllCalls(FileError::Kind::noSpace);
+  app.headless.application().launch();
+  app.delegate().debugLog().log("hello");
+  app.settleDown();
+  EXPECT_EQ(app.subsystems.countOf("extension: check"), 1);
+}
+
+}  // namespace
+}  // namespace velto

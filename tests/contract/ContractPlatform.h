@@ -1,0 +1,128 @@
+#pragma once
+
+#include <chrono>
+#include <cstddef>
+#include <functional>
+#include <optional>
+#include <stdexcept>
+#include <string>
+#include <system_error>
+#include <thread>
+
+#include <gtest/gtest.h>
+
+#ifdef VELTO_CONTRACT_HEADLESS
+#include "platform/headless/HeadlessPlatform.h"
+#else
+#include <filesystem>
+
+#include <stdlib.h>
+
+#include "platform/gtk/GtkPlatform.h"
+#endif
+
+namespace velto::test {
+
+#ifdef VELTO_CONTRACT_HEADLESS
+
+/// The platform of one test, and the hands of a person. Headless: in virtual time.
+class ContractPlatform {
+ public:
+  ContractPlatform() {
+    headless_.onFailure = [](const std::string& failure) { ADD_FAILURE() << failure; };
+  }
+
+  [[nodiscard]] Platform& platform() { return headless_.platform(); }
+
+  /// False when the time is over first.
+  bool runUntil(const std::function<bool()>& condition, double timeoutSeconds = 10) {
+    constexpr double kStep = 0.005;
+    for (double waited = 0; waited <= timeoutSeconds; waited += kStep) {
+      headless_.loop().drain();
+      if (condition()) return true;
+      headless_.advance(kStep);
+    }
+    return condition();
+  }
+
+  /// The thread does something else; callable from within work.
+  void beBusy(double seconds) { headless_.loop().jump(seconds); }
+
+  /// Answers the alert that was shown first.
+  void answerAlert(std::size_t button, const std::optional<std::string>& text = std::nullopt) {
+    headless_.windowSystem().answerAlert(button, text);
+  }
+
+ private:
+  HeadlessPlatform headless_;
+};
+
+#else
+
+/// The platform of all tests of the process, and the hands of a person. It needs a display with a window
+/// manager.
+class ContractPlatform {
+ public:
+  [[nodiscard]] Platform& platform() { return gtk().platform(); }
+
+  /// False when the time is over first.
+  bool runUntil(const std::function<bool()>& condition, double timeoutSeconds = 10) {
+    bool late = false;
+    WorkItem deadline = platform().mainQueue.after(timeoutSeconds, [&late] { late = true; });
+    while (!condition() && !late) gtk().runOnce();
+    deadline.cancel();
+    return condition();
+  }
+
+  /// The thread does something else; callable from within work.
+  void beBusy(double seconds) { std::this_thread::sleep_for(std::chrono::duration<double>(seconds)); }
+
+  /// Answers the alert that was shown first.
+  void answerAlert(std::size_t button, const std::optional<std::string>& text = std::nullopt) {
+    GtkAlert* const alert = gtk().windowSystem().oldestAlert();
+    ASSERT_NE(alert, nullptr) << "no alert is shown";
+    if (text) alert->type(*text);
+    ASSERT_TRUE(alert->click(button)) << "no button " << button;
+  }
+
+ private:
+  /// Folders that are gone when the process ends.
+  class TemporaryHome {
+   public:
+    TemporaryHome() {
+      std::string name = (std::filesystem::temp_directory_path() / "velto-contract-XXXXXX").string();
+      if (mkdtemp(name.data()) == nullptr) throw std::runtime_error("no temporary folder");
+      path = name;
+    }
+    TemporaryHome(const TemporaryHome&) = delete;
+    TemporaryHome& operator=(const TemporaryHome&) = delete;
+    ~TemporaryHome() {
+      std::error_code ignored;
+      std::filesystem::remove_all(path, ignored);
+    }
+    std::filesystem::path path;
+  };
+
+  /// Never destroyed: the toolkit cannot be started twice in a process, nor ended.
+  static GtkPlatform& gtk() {
+    static const TemporaryHome home;
+    static GtkPlatform& only = *new GtkPlatform(environment(home.path), {"velto-player", "velto-history"});
+    return only;
+  }
+
+  static Environment environment(const std::filesystem::path& home) {
+    Environment made = readEnvironment(0, nullptr);
+    made.applicationSupportDirectory = home / "data";
+    made.preferencesDirectory = home / "preferences";
+    made.cacheDirectory = home / "cache";
+    for (const auto& folder :
+         {made.applicationSupportDirectory, made.preferencesDirectory, made.cacheDirectory}) {
+      std::filesystem::create_directory(folder);
+    }
+    return made;
+  }
+};
+
+#endif
+
+}  // namespace velto::test

@@ -1,0 +1,146 @@
+#include <fstream>
+#include <iterator>
+
+#include "tests/contract/WebContract.h"
+
+namespace velto::test {
+namespace {
+
+using ::testing::IsEmpty;
+
+class WebStoreContract : public WebContract {
+ protected:
+  void set(DataStore& store, const HttpCookie& cookie) {
+    bool done = false;
+    store.cookieStore().setCookie(cookie, [&] { done = true; });
+    ASSERT_TRUE(contract.runUntil([&] { return done; }));
+  }
+  std::vector<HttpCookie> cookiesOf(DataStore& store) {
+    std::optional<std::vector<HttpCookie>> cookies;
+    store.cookieStore().allCookies([&](std::vector<HttpCookie> all) { cookies = std::move(all); });
+    EXPECT_TRUE(contract.runUntil([&] { return cookies.has_value(); }));
+    return cookies.value_or(std::vector<HttpCookie>());
+  }
+};
+
+TEST_F(WebStoreContract, keepsEveryPartOfACookieInItsOwnStore) {
+  WebEngine& engine = contract.platform().webEngine;
+  const auto store = engine.makeNonPersistentDataStore();
+  const auto other = engine.makeNonPersistentDataStore();
+  EXPECT_TRUE(engine.defaultDataStore()->isPersistent());
+  EXPECT_FALSE(store->isPersistent());
+
+  HttpCookie plain;
+  plain.name = "plain";
+  plain.value = "1";
+  plain.domain = "site.example";
+  HttpCookie full = plain;
+  full.name = "full";
+  full.domain = ".site.example";
+  full.path = "/deep";
+  full.expires = WallTime{4000000000};
+  full.secure = true;
+  full.httpOnly = true;
+  full.sameSite = HttpCookie::SameSite::strict;
+  for (const HttpCookie& cookie : {plain, full}) set(*store, cookie);
+  EXPECT_THAT(cookiesOf(*store), testing::UnorderedElementsAre(plain, full));
+  EXPECT_THAT(cookiesOf(*other), IsEmpty());
+}
+
+/// Answers by the path: its name is what happens.
+class Answering final : public UrlSchemeHandler {
+ public:
+  void startTask(WebView&, std::unique_ptr<UrlSchemeTask> task) override {
+    const std::string path = task->url().value().encodedPath();
+    mainDocuments.push_back(task->mainDocumentUrl());
+    if (path == "/page") task->respond(200, {{"Content-Type", "text/html"}}, "<title>Own</title>");
+    if (path == "/fail") task->fail("because");
+    if (path == "/later") held = std::move(task);
+  }
+  std::vector<std::optional<Url>> mainDocuments;
+  std::unique_ptr<UrlSchemeTask> held;
+};
+
+TEST_F(WebStoreContract, answersAnOwnSchemeThroughTheHandlerOfItsWebView) {
+  const auto handler = std::make_shared<Answering>();
+  WebViewConfiguration configuration;
+  configuration.urlSchemeHandlers["velto-history"] = handler;
+  open(configuration);
+
+  const Url page = Url::parse("velto-history://history/page").value();
+  visit(page);
+  EXPECT_EQ(webView->title(), "Own");
+  EXPECT_EQ(webView->url(), page);
+  EXPECT_EQ(handler->mainDocuments, std::vector<std::optional<Url>>{page});
+
+  for (const char* path : {"fail", "dropped"}) {
+    const auto number = load(Url::parse(std::string("velto-history://history/") + path).value());
+    EXPECT_TRUE(waitFor(line("fail provisionally", number, " -1"))) << path << testing::PrintToString(recorder.log);
+  }
+  load(Url::parse("velto-history://history/later").value());
+  ASSERT_TRUE(contract.runUntil([&] { return handler->held != nullptr; }));
+  close();
+  handler->held->respond(200, {}, "too late");
+}
+
+#ifdef VELTO_CONTRACT_GTK
+
+TEST_F(WebStoreContract, failsForAnOwnSchemeWithoutAHandler) {
+  const auto number = load(Url::parse("velto-history://history/page").value());
+  EXPECT_TRUE(waitFor(line("fail provisionally", number, " -1100")));
+}
+
+TEST_F(WebStoreContract, keepsTheMainDocumentOfARequestToThePageThatMadeIt) {
+  const auto handler = std::make_shared<Answering>();
+  WebViewConfiguration configuration;
+  configuration.urlSchemeHandlers["velto-history"] = handler;
+  open(configuration);
+  const Url page = site.add("/a", {.title = "First"});
+  visit(page);
+  // The page asks while the application is already on its way to another page of the scheme.
+  webView->evaluateJavaScript("fetch('velto-history://history/data.json'); 0");
+  load(Url::parse("velto-history://history/later").value());
+  ASSERT_TRUE(contract.runUntil([&] { return handler->held != nullptr; }));
+  ASSERT_EQ(handler->mainDocuments.size(), 2);
+  EXPECT_EQ(handler->mainDocuments.front(), page);
+}
+
+bool anyFileContains(const std::filesystem::path& folder, const std::string& text) {
+  for (const auto& entry : std::filesystem::recursive_directory_iterator(folder)) {
+    if (!entry.is_regular_file()) continue;
+    if (entry.path().string().find(text) != std::string::npos) return true;
+    std::ifstream file(entry.path(), std::ios::binary);
+    const std::string bytes{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+    if (bytes.find(text) != std::string::npos) return true;
+  }
+  return false;
+}
+
+TEST_F(WebStoreContract, leavesNothingOfAPrivatePageOnDisk) {
+  const Environment& environment = contract.platform().environment;
+  const auto onDisk = [&](const std::string& text) {
+    return anyFileContains(environment.applicationSupportDirectory, text) ||
+           anyFileContains(environment.cacheDirectory, text);
+  };
+  const auto leaveTraces = [&](const std::string& text) {
+    visit(site.add("/" + text, {.title = text}));
+    site.evaluate(*webView, "document.cookie = '" + text + "=1; max-age=9999'; localStorage.setItem('" +
+                                text + "', '1'); indexedDB.open('" + text + "'); 0");
+    contract.runUntil([] { return false; }, 0.5);
+    close();
+  };
+  WebViewConfiguration configuration;
+  configuration.dataStore = contract.platform().webEngine.makeNonPersistentDataStore();
+  open(configuration);
+  leaveTraces("hush");
+  // The same in an ordinary web view shows that the test would see it.
+  open({});
+  leaveTraces("loud");
+  EXPECT_TRUE(contract.runUntil([&] { return onDisk("loud"); }));
+  EXPECT_FALSE(onDisk("hush"));
+}
+
+#endif
+
+}  // namespace
+}  // namespace velto::test

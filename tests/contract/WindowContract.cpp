@@ -1,0 +1,330 @@
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "platform/ui/Window.h"
+#include "tests/contract/ContractPlatform.h"
+
+namespace velto {
+
+void PrintTo(const Rect& rect, std::ostream* out) {
+  *out << rect.origin.x << "," << rect.origin.y << " " << rect.size.width << "x" << rect.size.height;
+}
+
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+
+constexpr unsigned kStyle =
+    style_mask::kTitled | style_mask::kClosable | style_mask::kMiniaturizable | style_mask::kResizable;
+
+/// A window that writes down what it is told.
+class RecordingWindow final : public Window, public WindowDelegate {
+ public:
+  RecordingWindow(Application& application, const Rect& frame, unsigned style)
+      : Window(application, frame, style) {
+    setDelegate(static_cast<WindowDelegate*>(this));
+  }
+
+  void windowDidBecomeKey(Window&) override { log.emplace_back("key"); }
+  bool windowShouldClose(Window&) override {
+    log.emplace_back("should close");
+    return mayClose;
+  }
+  void windowWillClose(Window&) override { log.emplace_back("will close"); }
+  void windowDidMove(Window&) override { log.emplace_back("moved"); }
+  void windowDidResize(Window&) override { log.emplace_back("resized"); }
+
+  std::vector<std::string> log;
+  bool mayClose = true;
+};
+
+class WindowContract : public testing::Test {
+ protected:
+  Application& application() { return contract.platform().application; }
+
+  std::unique_ptr<RecordingWindow> make(const Rect& frame = {{100, 100}, {300, 200}},
+                                        unsigned style = kStyle) {
+    return std::make_unique<RecordingWindow>(application(), frame, style);
+  }
+  std::unique_ptr<RecordingWindow> makeKey(const Rect& frame) {
+    auto window = make(frame);
+    window->makeKeyAndOrderFront();
+    EXPECT_TRUE(contract.runUntil([&] { return window->isKey(); }));
+    window->log.clear();
+    return window;
+  }
+  /// Longer than a desktop takes to answer.
+  void settle() { letPass(0.6); }
+  void letPass(double seconds) {
+    static_cast<void>(contract.runUntil([] { return false; }, seconds));
+  }
+
+  test::ContractPlatform contract;
+};
+
+TEST_F(WindowContract, MainScreenIsAtTheOriginAndHoldsItsVisibleArea) {
+  const auto screen = application().mainScreen();
+  ASSERT_TRUE(screen);
+  EXPECT_EQ(screen->frame.origin, (Point{0, 0}));
+  EXPECT_FALSE(screen->visibleFrame.isEmpty());
+  EXPECT_EQ(screen->frame.intersection(screen->visibleFrame), screen->visibleFrame);
+}
+
+TEST_F(WindowContract, WindowIsWhereItWasAskedToBeAndStaysThere) {
+  const auto area = application().mainScreen()->visibleFrame;
+  const Rect frames[] = {{{0, 0}, {420, 560}},
+                         {{area.minX() + 37, area.minY() + 41}, {333, 222}},
+                         {{10, 10}, {25, 25}},
+                         {{area.minX(), area.maxY() - 300}, {400, 300}},
+                         {{area.maxX() - 400, area.minY()}, {400, 300}}};
+  for (const Rect& frame : frames) {
+    auto window = make(frame);
+    window->makeKeyAndOrderFront();
+    settle();
+    EXPECT_EQ(window->frame(), frame);
+    EXPECT_THAT(window->log, ElementsAre("key"));
+    EXPECT_EQ(window->screen()->frame.origin, (Point{0, 0}));
+  }
+}
+
+TEST_F(WindowContract, FrameChangesAreToldByKind) {
+  auto window = makeKey({{100, 100}, {300, 200}});
+  const struct {
+    Rect frame;
+    std::vector<std::string> told;
+  } steps[] = {{{{100, 100}, {300, 200}}, {}},
+               {{{150, 120}, {300, 200}}, {"moved"}},
+               {{{150, 120}, {310, 220}}, {"resized"}},
+               {{{90, 80}, {200, 210}}, {"moved", "resized"}}};
+  for (const auto& step : steps) {
+    window->log.clear();
+    window->setFrame(step.frame);
+    settle();
+    EXPECT_EQ(window->frame(), step.frame);
+    EXPECT_EQ(window->log, step.told);
+  }
+}
+
+TEST_F(WindowContract, QuickFramesEndInTheLastOne) {
+  auto window = makeKey({{100, 100}, {300, 200}});
+  for (int i = 1; i <= 50; ++i) {
+    window->setFrame({{100.0 + 3 * i, 100.0 + 2 * i}, {300.0 + i, 200.0 + i}});
+    letPass(0.005);
+  }
+  const Rect last{{250, 200}, {350, 250}};
+  EXPECT_EQ(window->frame(), last);
+  settle();
+  EXPECT_EQ(window->frame(), last);
+  EXPECT_EQ(window->log.size(), 100U);
+}
+
+TEST_F(WindowContract, MinimumSizeHolds) {
+  auto window = makeKey({{100, 100}, {300, 200}});
+  window->setMinSize({320, 180});
+  EXPECT_EQ(window->frame().size, (Size{320, 200}));
+  window->setFrame({{100, 100}, {10, 10}});
+  settle();
+  EXPECT_EQ(window->frame().size, (Size{320, 180}));
+}
+
+TEST_F(WindowContract, ContentFollowsTheWindow) {
+  auto window = make({{100, 100}, {300, 200}});
+  window->setContentView(std::make_unique<View>());
+  auto& grip = window->contentView()->addSubview(std::make_unique<View>(Rect{{278, 178}, {22, 22}}));
+  grip.autoresizing.minXMargin = true;
+  grip.autoresizing.minYMargin = true;
+  window->makeKeyAndOrderFront();
+  window->setFrame({{100, 100}, {400, 500}});
+  settle();
+  EXPECT_EQ(window->contentView()->frame(), (Rect{{0, 0}, {400, 500}}));
+  EXPECT_EQ(grip.frame(), (Rect{{378, 478}, {22, 22}}));
+  EXPECT_EQ(window->contentView()->hitTest({380, 480}), &grip);
+  EXPECT_EQ(window->contentView()->hitTest({370, 480}), window->contentView());
+}
+
+TEST_F(WindowContract, ViewsComeAndGoWhileTheWindowIsShown) {
+  auto from = makeKey({{100, 100}, {300, 200}});
+  auto to = makeKey({{500, 100}, {300, 200}});
+  from->setContentView(std::make_unique<View>());
+  to->setContentView(std::make_unique<View>());
+  auto& view = from->contentView()->addSubview(std::make_unique<View>(Rect{{10, 10}, {50, 50}}));
+  auto& inner = view.addSubview(std::make_unique<View>(Rect{{5, 5}, {0, 0}}));
+  settle();
+  to->contentView()->addSubview(view.removeFromSuperview());
+  EXPECT_EQ(inner.window(), to.get());
+  view.setHidden(true);
+  inner.setFrame({{0, 0}, {20, 20}});
+  settle();
+  view.setHidden(false);
+  view.setAlpha(0.5);
+  EXPECT_EQ(to->contentView()->hitTest({15, 15}), &inner);
+  to->setContentView(std::make_unique<View>());
+  settle();
+  EXPECT_THAT(from->contentView()->subviews(), IsEmpty());
+}
+
+TEST_F(WindowContract, ClosingAsksTheDelegateFirst) {
+  auto window = makeKey({{100, 100}, {300, 200}});
+  window->mayClose = false;
+  window->close();
+  EXPECT_TRUE(window->isVisible());
+  EXPECT_FALSE(window->isClosed());
+  window->mayClose = true;
+  window->close();
+  window->close();
+  EXPECT_FALSE(window->isVisible());
+  EXPECT_TRUE(window->isClosed());
+  EXPECT_THAT(application().windows(), IsEmpty());
+  EXPECT_THAT(window->log, ElementsAre("should close", "should close", "will close"));
+  window->makeKeyAndOrderFront();
+  settle();
+  EXPECT_FALSE(window->isVisible());
+  EXPECT_EQ(application().keyWindow(), nullptr);
+}
+
+TEST_F(WindowContract, KeyWindowFollowsTheKeyboard) {
+  auto first = makeKey({{100, 100}, {300, 200}});
+  auto second = makeKey({{500, 100}, {300, 200}});
+  EXPECT_FALSE(first->isKey());
+  second->close();
+  EXPECT_FALSE(second->isKey());
+  EXPECT_TRUE(contract.runUntil([&] { return first->isKey(); }));
+  EXPECT_THAT(first->log, ElementsAre("key"));
+}
+
+TEST_F(WindowContract, ShowingWithoutTheKeyboardLeavesItWhereItIs) {
+  auto holder = makeKey({{100, 100}, {300, 200}});
+  auto background = make({{120, 120}, {300, 200}});
+  auto panel = make({{140, 140}, {300, 200}}, kStyle | style_mask::kNonactivatingPanel);
+  background->orderFrontRegardless();
+  panel->orderFrontRegardless();
+  settle();
+  background->orderOut();
+  settle();
+  background->orderFrontRegardless();
+  settle();
+  EXPECT_TRUE(holder->isKey());
+  EXPECT_TRUE(background->isVisible());
+  EXPECT_TRUE(panel->isVisible());
+  EXPECT_THAT(holder->log, IsEmpty());
+}
+
+TEST_F(WindowContract, WindowComesBackWhereItWas) {
+  auto window = makeKey({{150, 90}, {300, 200}});
+  window->orderOut();
+  settle();
+  window->setFrame({{200, 110}, {280, 190}});
+  window->log.clear();
+  window->makeKeyAndOrderFront();
+  settle();
+  EXPECT_EQ(window->frame(), (Rect{{200, 110}, {280, 190}}));
+  EXPECT_THAT(window->log, ElementsAre("key"));
+}
+
+TEST_F(WindowContract, FloatingLevelIsReadBackFromTheDesktop) {
+  auto window = makeKey({{100, 100}, {300, 200}});
+  EXPECT_EQ(window->grantedLevel(), kNormalWindowLevel);
+  window->setLevel(kFloatingWindowLevel);
+  EXPECT_TRUE(contract.runUntil([&] { return window->grantedLevel() == kFloatingWindowLevel; }));
+  window->setLevel(kNormalWindowLevel);
+  EXPECT_TRUE(contract.runUntil([&] { return window->grantedLevel() == kNormalWindowLevel; }));
+
+  auto pinnedFirst = make();
+  pinnedFirst->setLevel(kFloatingWindowLevel);
+  pinnedFirst->orderFrontRegardless();
+  EXPECT_TRUE(contract.runUntil([&] { return pinnedFirst->grantedLevel() == kFloatingWindowLevel; }));
+}
+
+TEST_F(WindowContract, MiniaturizedWindowGivesUpTheKeyboardUntilItIsBack) {
+  auto window = makeKey({{100, 100}, {300, 200}});
+  window->miniaturize();
+  settle();
+  EXPECT_TRUE(window->isMiniaturized());
+  EXPECT_FALSE(window->isKey());
+  window->deminiaturize();
+  window->makeKeyAndOrderFront();
+  EXPECT_TRUE(contract.runUntil([&] { return window->isKey(); }));
+  settle();
+  EXPECT_FALSE(window->isMiniaturized());
+  EXPECT_EQ(window->frame(), (Rect{{100, 100}, {300, 200}}));
+}
+
+class AlertContract : public WindowContract {
+ protected:
+  void show(const Alert& alert, Window* window) {
+    application().showAlert(alert, window, [this](const AlertAnswer& answer) { answers.push_back(answer); });
+  }
+  bool runUntilAnswered(std::size_t count) {
+    return contract.runUntil([this, count] { return answers.size() >= count; });
+  }
+
+  const Alert question{.messageText = "Leave?",
+                       .informativeText = "It asks.",
+                       .buttons = {"Leave", "More", "Stay"},
+                       .textField = {}};
+  std::vector<AlertAnswer> answers;
+};
+
+TEST_F(AlertContract, EveryButtonAnswersOnceAndLater) {
+  auto window = makeKey({{100, 100}, {400, 300}});
+  for (Window* const sheetOn : {static_cast<Window*>(window.get()), static_cast<Window*>(nullptr)}) {
+    for (std::size_t button = 0; button < question.buttons.size(); ++button) {
+      answers.clear();
+      show(question, sheetOn);
+      letPass(0.05);
+      EXPECT_THAT(answers, IsEmpty());
+      contract.answerAlert(button);
+      EXPECT_THAT(answers, IsEmpty());
+      ASSERT_TRUE(runUntilAnswered(1));
+      EXPECT_EQ(answers[0].button, button);
+    }
+  }
+  settle();
+  EXPECT_EQ(answers.size(), 1U);
+}
+
+TEST_F(AlertContract, TextFieldGivesWhatStandsInIt) {
+  auto window = makeKey({{100, 100}, {400, 300}});
+  Alert prompt = question;
+  prompt.textField = "as it was";
+  show(prompt, window.get());
+  show(prompt, window.get());
+  contract.answerAlert(0);
+  contract.answerAlert(1, "typed ä€");
+  ASSERT_TRUE(runUntilAnswered(2));
+  EXPECT_EQ(answers[0].text, "as it was");
+  EXPECT_EQ(answers[1].text, "typed ä€");
+}
+
+TEST_F(AlertContract, ClosingTheWindowAnswersWithTheLastButton) {
+  auto window = makeKey({{100, 100}, {400, 300}});
+  auto other = makeKey({{520, 100}, {400, 300}});
+  show(question, window.get());
+  show(question, other.get());
+  window->close();
+  ASSERT_TRUE(runUntilAnswered(1));
+  EXPECT_EQ(answers[0].button, 2U);
+  other.reset();
+  ASSERT_TRUE(runUntilAnswered(2));
+  EXPECT_EQ(answers[1].button, 2U);
+}
+
+TEST_F(AlertContract, AlertKeepsTheApplicationActive) {
+  auto window = makeKey({{100, 100}, {400, 300}});
+  show(question, window.get());
+  settle();
+  EXPECT_TRUE(application().isActive());
+  contract.answerAlert(0);
+  ASSERT_TRUE(runUntilAnswered(1));
+  EXPECT_TRUE(contract.runUntil([&] { return window->isKey(); }));
+}
+
+}  // namespace
+}  // namespace velto
