@@ -12,8 +12,8 @@
 
 namespace velto {
 
-/// Stands in for every subsystem that this build of the application comes without: it is called in the same places and
-/// adds nothing.
+/// Stands in for every subsystem that this build of the application comes without: it is called in the same
+/// places and adds nothing.
 class AbsentSubsystems : public Sessions,
                          public Layouts,
                          public History,
@@ -60,7 +60,7 @@ class AbsentSubsystems : public Sessions,
   void offerCommandLineTool() override {}
 
   void addChrome(HovrelPanel&, View&) override {}
-  ControlBarView* addControlBar(HovrelPanel&, View&) override { return nullptr; }
+  ControlBarView* addControlBar(HovrelPanel&, View&, UserDefaults&) override { return nullptr; }
   void addZoomIndicator(View&) override {}
   void showZoom(View&, double) override {}
 

@@ -38,7 +38,8 @@ AppDelegate::AppDelegate(const Platform& platform, const Services& services, Win
       windowLife_(windows_, services.sessions, platform.mainQueue),
       pinning_(windows_, services.sessions),
       pageZoom_(windows_, furniture),
-      navigation_(windows_, windowLife_, platform.files, platform.clock, platform.environment.resourcesDirectory),
+      navigation_(windows_, windowLife_, platform.files, platform.clock,
+                  platform.environment.resourcesDirectory),
       dialogs_(platform.application),
       opener_(platform_, windows_, furniture, content, services.sessions, services.toasts,
               {windowLife_, navigation_, dialogs_}),
@@ -104,8 +105,8 @@ void AppDelegate::queueArgumentTargets() {
   }
   pendingLaunch_.hasPendingExplicitLaunchTarget = anyQueued;
   if (!anyQueued) return;
-  // An argument that turns out to name no page must not hold back restoration for ever: by the second turn every
-  // request of the first has been carried out.
+  // An argument that turns out to name no page must not hold back restoration for ever: by the second turn
+  // every request of the first has been carried out.
   platform_.mainQueue.async([self = WeakPtr<AppDelegate>(*this)] {
     if (!self) return;
     self->platform_.mainQueue.async([self] {
@@ -136,7 +137,9 @@ void AppDelegate::applicationDidBecomeActive() {
 
 void AppDelegate::applicationWillTerminate() { services_.sessions.finishRecording(); }
 
-void AppDelegate::newWindow() { opener_.newWindow([this] { return newestWebPage(); }); }
+void AppDelegate::newWindow() {
+  opener_.newWindow([this] { return newestWebPage(); });
+}
 
 void AppDelegate::performLaunchRestoration() {
   namespace action = launch_restoration;

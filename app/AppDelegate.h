@@ -21,11 +21,12 @@
 
 namespace velto {
 
-/// The one application-wide object: it decides what to show at start and at each request, and owns the open windows and
-/// the classes that play the delegates' roles for them.
+/// The one application-wide object: it decides what to show at start and at each request, and owns the open
+/// windows and the classes that play the delegates' roles for them.
 class AppDelegate : public ApplicationDelegate {
  public:
-  AppDelegate(const Platform& platform, const Services& services, WindowFurniture& furniture, PageContent& content);
+  AppDelegate(const Platform& platform, const Services& services, WindowFurniture& furniture,
+              PageContent& content);
 
   void applicationWillFinishLaunching() override;
   void applicationDidFinishLaunching() override;
@@ -52,7 +53,9 @@ class AppDelegate : public ApplicationDelegate {
   [[nodiscard]] const OpenWindows& hovrelWindows() const { return windows_; }
   [[nodiscard]] WindowOpener& opener() { return opener_; }
   [[nodiscard]] DebugLog& debugLog() { return debugLog_; }
-  [[nodiscard]] bool hasPendingExplicitLaunchTarget() const { return pendingLaunch_.hasPendingExplicitLaunchTarget; }
+  [[nodiscard]] bool hasPendingExplicitLaunchTarget() const {
+    return pendingLaunch_.hasPendingExplicitLaunchTarget;
+  }
 
  private:
   [[nodiscard]] bool argumentsHaveTarget() const;

@@ -1,6 +1,3 @@
-#include <sys/stat.h>
-#include <unistd.h>
-
 #include <cstdio>
 #include <cstdlib>
 #include <exception>
@@ -8,6 +5,9 @@
 #include <string>
 #include <variant>
 #include <vector>
+
+#include <sys/stat.h>
+#include <unistd.h>
 
 #include "app/AbsentSubsystems.h"
 #include "app/AppDelegate.h"
@@ -19,7 +19,8 @@
 namespace velto {
 namespace {
 
-/// What a later start of the program hands over, as it reaches the one that runs. No argument is a click on its icon.
+/// What a later start of the program hands over, as it reaches the one that runs. No argument is a click on
+/// its icon.
 void receive(Application& application, const std::vector<std::string>& arguments) {
   ApplicationDelegate* delegate = application.delegate();
   if (delegate == nullptr) return;

@@ -214,7 +214,7 @@ def measure(names, runs):
 
 def main():
     parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
-    parser.add_argument("--runs", type=int, default=11)
+    parser.add_argument("--runs", type=int, default=15)
     parser.add_argument("measures", nargs="*", metavar="MEASURE", help=" ".join(MEASURES))
     arguments = parser.parse_args()
     if unknown := set(arguments.measures) - set(MEASURES):

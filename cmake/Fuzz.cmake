@@ -1,4 +1,4 @@
-# One program for each tests/fuzz/<Name>Fuzz.cpp. Its seeds are the files of tests/fuzz/corpus/<Name>/.
+# One program for each tests/fuzz/<Name>Fuzz.cpp. Its seeds are the files of tests/fuzz/corpus/<Name>Fuzz/.
 
 velto_sources(fuzzers FOLDERS tests/fuzz)
 list(FILTER fuzzers INCLUDE REGEX "Fuzz\\.cpp$")

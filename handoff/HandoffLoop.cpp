@@ -48,10 +48,9 @@ void HandoffLoop::run() {
 }
 
 void HandoffLoop::watch() {
-  const bool accepting = peers_.size() < limits_.peers && !acceptAgain_;
   watched_.clear();
   watched_.push_back({stop_, POLLIN, 0});
-  watched_.push_back({accepting ? listener_ : -1, POLLIN, 0});
+  watched_.push_back({acceptAgain_ ? -1 : listener_, POLLIN, 0});
   for (const HandoffPeer& peer : peers_) watched_.push_back({peer.descriptor(), POLLIN, 0});
 }
 
@@ -100,7 +99,10 @@ void HandoffLoop::acceptPeer() {
     if (!peerGone) acceptAgain_.emplace(limits_.acceptPause);
     return;
   }
-  if (peerUser(socket) == owner_) peers_.emplace_back(std::move(socket), Deadline(limits_.patience));
+  if (peerUser(socket) != owner_) return;
+  // The oldest has had its turn since it came and did not use it, so silent peers cannot keep others waiting.
+  if (peers_.size() == limits_.peers) peers_.erase(peers_.begin());
+  peers_.emplace_back(std::move(socket), Deadline(limits_.patience));
 }
 
 }  // namespace velto

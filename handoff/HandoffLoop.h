@@ -19,7 +19,7 @@ namespace velto {
 using HandoffCallback = std::function<void(std::vector<std::string>)>;
 
 struct HandoffLimits {
-  std::size_t peers = 16;                      ///< At once; further ones wait in the system's queue.
+  std::size_t peers = 16;                      ///< At once; a further one takes the place of the oldest.
   std::chrono::milliseconds patience{2000};    ///< From connecting to the complete message.
   std::chrono::milliseconds acceptPause{100};  ///< When no descriptor is left for a further peer.
 };

@@ -11,8 +11,8 @@
 
 namespace velto {
 
-/// Everything that the application stands on, made once by a backend and handed down. A class takes from it only what
-/// it uses. The backend outlives all that it is handed to.
+/// Everything that the application stands on, made once by a backend and handed down. A class takes from it
+/// only what it uses. The backend outlives all that it is handed to.
 struct Platform {
   const Environment& environment;
   Clock& clock;

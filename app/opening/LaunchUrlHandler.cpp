@@ -37,23 +37,24 @@ void LaunchUrlHandler::handle(const Url& url) {
   const auto ports = readLocalDomainPorts(platform_.defaults.dictionary(kLocalDomainPortsKey));
   auto command = parseLaunchUrl(url, ports);
   if (!command) return;
-  std::visit(Overloaded{
-                 [this](LayoutCommand& layout) { services_.layouts.handleCommand(layout.url); },
-                 [this](ShowHistory& history) {
-                   onMainQueue([this, domain = std::move(history.domain)] { services_.history.show(domain); });
-                 },
-                 [this](ImportSafari& import) {
-                   onMainQueue([this, sync = import.sync, sites = std::move(import.sites)] {
-                     if (sync) {
-                       services_.signInSync.runCommand();
-                     } else {
-                       services_.safariImport.show(sites);
-                     }
-                   });
-                 },
-                 [this](PopOut& popOut) { queue(std::move(popOut.launch)); },
-             },
-             *command);
+  std::visit(
+      Overloaded{
+          [this](LayoutCommand& layout) { services_.layouts.handleCommand(layout.url); },
+          [this](ShowHistory& history) {
+            onMainQueue([this, domain = std::move(history.domain)] { services_.history.show(domain); });
+          },
+          [this](ImportSafari& import) {
+            onMainQueue([this, sync = import.sync, sites = std::move(import.sites)] {
+              if (sync) {
+                services_.signInSync.runCommand();
+              } else {
+                services_.safariImport.show(sites);
+              }
+            });
+          },
+          [this](PopOut& popOut) { queue(std::move(popOut.launch)); },
+      },
+      *command);
 }
 
 void LaunchUrlHandler::queue(ParsedLaunch launch) {

@@ -14,12 +14,15 @@ struct PendingLaunch {
   bool hasPendingExplicitLaunchTarget = false;
 };
 
-/// Carries out URLs and arguments that come from outside. Nothing is reported back: what cannot be used is skipped.
+/// Carries out URLs and arguments that come from outside. Nothing is reported back: what cannot be used is
+/// skipped.
 class LaunchUrlHandler : public Weakable {
  public:
-  LaunchUrlHandler(const Platform& platform, WindowOpener& opener, const Services& services, PendingLaunch& pending);
+  LaunchUrlHandler(const Platform& platform, WindowOpener& opener, const Services& services,
+                   PendingLaunch& pending);
 
-  /// The one entry for URLs of the application's own schemes, in order. Window work is queued on the main queue.
+  /// The one entry for URLs of the application's own schemes, in order. Window work is queued on the main
+  /// queue.
   void handleLaunchURLs(const std::vector<Url>& urls);
   /// One argument of the process; `scheme` is in lower case.
   void handleCommandLineTarget(const std::string& scheme, const Url& url);

@@ -35,7 +35,8 @@ std::string joined(const std::vector<HttpCookie>& cookies) {
 }  // namespace
 
 WindowOpener::WindowOpener(const Platform& platform, OpenWindows& windows, WindowFurniture& furniture,
-                           PageContent& content, SessionRecording& session, Toasts& toasts, Delegates delegates)
+                           PageContent& content, SessionRecording& session, Toasts& toasts,
+                           Delegates delegates)
     : platform_(platform),
       windows_(windows),
       furniture_(furniture),
@@ -129,7 +130,8 @@ std::unique_ptr<HovrelPanel> WindowOpener::makePanel(const Url& url, const Windo
   panel->setMovableByBackground(true);
   panel->setHasShadow(true);
   panel->setLevel(kNormalWindowLevel);
-  panel->setCollectionBehavior(collection_behavior::kCanJoinAllSpaces | collection_behavior::kFullScreenAuxiliary);
+  panel->setCollectionBehavior(collection_behavior::kCanJoinAllSpaces |
+                               collection_behavior::kFullScreenAuxiliary);
   panel->setIdentifier(kWindowIdentifier);
   if (platform_.environment.isTestMode()) {
     panel->setTitle(kWindowIdentifier);
@@ -188,21 +190,33 @@ void WindowOpener::startLoad(WebView& webView, const Url& url, const WindowOptio
   });
 }
 
+UserDefaults& WindowOpener::controlBarPreferences() {
+  const Environment& environment = platform_.environment;
+  if (!environment.isTestMode()) return platform_.defaults;
+  if (!testPreferences_) {
+    const std::string suite = "Velto.VisibleUITests." + std::to_string(environment.processId);
+    testPreferences_.emplace(platform_.files, environment.preferencesDirectory / (suite + ".plist"));
+    testPreferences_->removeAll();
+  }
+  return *testPreferences_;
+}
+
 void WindowOpener::addFurniture(HovrelPanel& panel, View& container, const WindowOptions& options) {
   furniture_.addChrome(panel, container);
-  if (ControlBarView* bar = furniture_.addControlBar(panel, container)) {
+  ControlBarView* bar = furniture_.addControlBar(panel, container, controlBarPreferences());
+  if (bar != nullptr) {
     panel.controlBarView = *bar;
     bar->setPrivate(panel.isPrivate);
-    if (options.hide) bar->setControlsCollapsed(true);
   }
   if (panel.isPrivate && !options.cookies.empty()) {
     toasts_.show("Incognito, signed in with test cookies: " + joined(options.cookies));
   }
+  if (bar != nullptr && options.hide) bar->setControlsCollapsed(true);
   furniture_.addZoomIndicator(container);
   if (!options.zoom) return;
   const double zoom = clampZoom(*options.zoom);
   panel.webView->setPageZoom(zoom);
-  if (panel.controlBarView) panel.controlBarView->setPageZoom(zoom);
+  if (bar != nullptr) bar->setPageZoom(zoom);
   furniture_.showZoom(container, zoom);
 }
 
@@ -269,9 +283,9 @@ std::optional<Url> WindowOpener::pageOfKeyWindow() const {
 
 void WindowOpener::openBeside(const std::optional<Url>& url, bool incognito) {
   const auto page = url ? url : Url::parse("about:blank");
-  openWindow(*page, {.focusAddress = !url,
-                     .referenceWindow = platform_.application.keyWindow(),
-                     .incognito = incognito});
+  openWindow(
+      *page,
+      {.focusAddress = !url, .referenceWindow = platform_.application.keyWindow(), .incognito = incognito});
 }
 
 }  // namespace velto

@@ -53,8 +53,8 @@ class WindowOpener : public LayoutWindowOpening {
     UIDelegate& ui;
   };
 
-  WindowOpener(const Platform& platform, OpenWindows& windows, WindowFurniture& furniture, PageContent& content,
-               SessionRecording& session, Toasts& toasts, Delegates delegates);
+  WindowOpener(const Platform& platform, OpenWindows& windows, WindowFurniture& furniture,
+               PageContent& content, SessionRecording& session, Toasts& toasts, Delegates delegates);
 
   /// Never fails; the new panel is the last of the open windows.
   void openWindow(const Url& url, const WindowOptions& options) override;
@@ -73,6 +73,8 @@ class WindowOpener : public LayoutWindowOpening {
                                                      const WindowOptions& options);
   void startLoad(WebView& webView, const Url& url, const WindowOptions& options);
   void addFurniture(HovrelPanel& panel, View& container, const WindowOptions& options);
+  /// The standard preferences, or in test mode a suite of this process's own that starts empty.
+  [[nodiscard]] UserDefaults& controlBarPreferences();
   void place(HovrelPanel& panel, const WindowOptions& options) const;
   void show(HovrelPanel& panel, const WindowOptions& options);
   [[nodiscard]] std::optional<Url> pageOfKeyWindow() const;
@@ -88,6 +90,7 @@ class WindowOpener : public LayoutWindowOpening {
   Delegates delegates_;
   /// Made once: it reads a file.
   std::optional<std::string> userAgent_;
+  std::optional<UserDefaults> testPreferences_;
 };
 
 }  // namespace velto

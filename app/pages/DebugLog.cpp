@@ -4,7 +4,8 @@
 
 namespace velto {
 
-DebugLog::DebugLog(FileManager& files, const Clock& clock, const std::optional<std::filesystem::path>& documents)
+DebugLog::DebugLog(FileManager& files, const Clock& clock,
+                   const std::optional<std::filesystem::path>& documents)
     : files_(files), clock_(clock) {
   if (documents) file_ = *documents / "urlbar_debug.txt";
 }
@@ -12,8 +13,8 @@ DebugLog::DebugLog(FileManager& files, const Clock& clock, const std::optional<s
 void DebugLog::begin() {
   if (!file_) return;
   try {
-    files_.writeAtomically(*file_, "AppDelegate.applicationDidFinishLaunching called at " +
-                                       formatLogDate(clock_.now()) + "\n");
+    files_.writeAtomically(
+        *file_, "AppDelegate.applicationDidFinishLaunching called at " + formatLogDate(clock_.now()) + "\n");
   } catch (const FileError&) {
     // A log that cannot be written must not keep the program from starting.
   }

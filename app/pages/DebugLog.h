@@ -9,8 +9,8 @@
 
 namespace velto {
 
-/// The one log: `urlbar_debug.txt` in the person's documents folder. Without such a folder, or when it cannot be
-/// written, nothing happens.
+/// The one log: `urlbar_debug.txt` in the person's documents folder. Without such a folder, or when it cannot
+/// be written, nothing happens.
 class DebugLog {
  public:
   DebugLog(FileManager& files, const Clock& clock, const std::optional<std::filesystem::path>& documents);

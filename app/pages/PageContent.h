@@ -9,8 +9,8 @@
 
 namespace velto {
 
-/// What a window's pages are given besides the web: message channels and scripts, pages of the application's own
-/// schemes, and the video player.
+/// What a window's pages are given besides the web: message channels and scripts, pages of the application's
+/// own schemes, and the video player.
 class PageContent {
  public:
   virtual ~PageContent() = default;

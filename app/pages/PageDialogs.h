@@ -10,7 +10,8 @@ class PageDialogs : public UIDelegate {
  public:
   explicit PageDialogs(Application& application) : application_(application) {}
 
-  void runBeforeUnloadConfirmPanel(WebView& webView, std::function<void(bool)> completion) override;
+  void runBeforeUnloadConfirmPanel(WebView& webView, const std::optional<Url>& page,
+                                   std::function<void(bool)> completion) override;
 
  private:
   Application& application_;

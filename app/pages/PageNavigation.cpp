@@ -29,7 +29,11 @@ std::string crashPage(std::string_view pageTemplate, const std::optional<Url>& u
 
 PageNavigation::PageNavigation(OpenWindows& windows, WindowLife& windowLife, const FileManager& files,
                                const Clock& clock, std::filesystem::path resources)
-    : windows_(windows), windowLife_(windowLife), files_(files), clock_(clock), resources_(std::move(resources)) {}
+    : windows_(windows),
+      windowLife_(windowLife),
+      files_(files),
+      clock_(clock),
+      resources_(std::move(resources)) {}
 
 void PageNavigation::didStartProvisionalNavigation(WebView& webView, Navigation navigation) {
   HovrelPanel* panel = windows_.find(webView);
@@ -60,7 +64,8 @@ void PageNavigation::webContentProcessDidTerminate(WebView& webView) {
   if (panel->failurePageNavigation && previous && now.seconds - previous->seconds < kRepeatedDeath) return;
   const auto pageTemplate = files_.readIfPossible(resources_ / "PageCrashed.html");
   const auto url = webView.url();
-  panel->failurePageNavigation = webView.loadHtml(crashPage(pageTemplate.value_or("<a href=\"{{url}}\">Reload</a>"), url), url);
+  panel->failurePageNavigation =
+      webView.loadHtml(crashPage(pageTemplate.value_or("<a href=\"{{url}}\">Reload</a>"), url), url);
 }
 
 void PageNavigation::webContentResponsivenessChanged(WebView& webView, bool responsive) {

@@ -21,8 +21,8 @@ class PageNavigation : public NavigationDelegate {
   void didFinishNavigation(WebView& webView, Navigation navigation) override;
   void didFailProvisionalNavigation(WebView& webView, Navigation navigation, const WebError& error) override;
   void didFailNavigation(WebView& webView, Navigation navigation, const WebError& error) override;
-  /// Says so in the window, with a link that loads the page again. When the process of that page dies in turn within
-  /// seconds the window stays empty, so that no process is started over and over.
+  /// Says so in the window, with a link that loads the page again. When the process of that page dies in turn
+  /// within seconds the window stays empty, so that no process is started over and over.
   void webContentProcessDidTerminate(WebView& webView) override;
   void webContentResponsivenessChanged(WebView& webView, bool responsive) override;
 

@@ -20,8 +20,9 @@ std::string safariVersionString(std::string_view infoPlist) {
   if (info == nullptr) return kFallbackVersion;
   const auto entry = info->find("CFBundleShortVersionString");
   const auto* version = entry != info->end() ? entry->second.as<std::string>() : nullptr;
-  const bool usable = version != nullptr && !version->empty() && isDigit(version->front()) &&
-                      std::all_of(version->begin(), version->end(), [](char c) { return isDigit(c) || c == '.'; });
+  const bool usable =
+      version != nullptr && !version->empty() && isDigit(version->front()) &&
+      std::all_of(version->begin(), version->end(), [](char c) { return isDigit(c) || c == '.'; });
   return usable ? *version : kFallbackVersion;
 }
 

@@ -7,7 +7,8 @@ namespace velto {
 bool HovrelPanel::keyDown(const KeyEvent& event) {
   if (event.key != Key::escape) return Panel::keyDown(event);
   const auto previous = std::exchange(lastEscapeTime_, event.time);
-  if (!previous || event.time.seconds - previous->seconds >= kDoubleEscapeInterval) return Panel::keyDown(event);
+  if (!previous || event.time.seconds - previous->seconds >= kDoubleEscapeInterval)
+    return Panel::keyDown(event);
   lastEscapeTime_.reset();
   if (controlBarView) {
     controlBarView->expandControls();

@@ -17,8 +17,8 @@ struct LoopbackAttempt {
   std::size_t tried = 0;
 };
 
-/// The floating window of one page: a borderless panel with a web view and what lies over it. The members are the
-/// window's own state, written by the controllers of navigation, pinning and scrolling.
+/// The floating window of one page: a borderless panel with a web view and what lies over it. The members are
+/// the window's own state, written by the controllers of navigation, pinning and scrolling.
 class HovrelPanel : public Panel {
  public:
   /// A second Escape within this many seconds opens the address field.

@@ -25,7 +25,9 @@ Point requestedOrigin(const Rect& visibleArea, Size window, std::optional<std::i
 }
 
 Point cascadedOrigin(const Rect& reference, const Rect& visibleArea, Size window) {
-  const auto held = [](double wanted, double least, double most) { return std::min(std::max(wanted, least), most); };
+  const auto held = [](double wanted, double least, double most) {
+    return std::min(std::max(wanted, least), most);
+  };
   return {held(reference.origin.x + kCascadeStep, visibleArea.minX(), visibleArea.maxX() - window.width),
           held(reference.origin.y - kCascadeStep, visibleArea.minY(), visibleArea.maxY() - window.height)};
 }

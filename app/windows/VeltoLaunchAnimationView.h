@@ -8,8 +8,8 @@
 
 namespace velto {
 
-/// The application's mark, drawn stroke by stroke in a second and a half, once, when it first comes into a window.
-/// With reduced motion it stands there finished at once.
+/// The application's mark, drawn stroke by stroke in a second and a half, once, when it first comes into a
+/// window. With reduced motion it stands there finished at once.
 class VeltoLaunchAnimationView : public View {
  public:
   static constexpr double kSide = 92;

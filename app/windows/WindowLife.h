@@ -11,8 +11,9 @@ namespace velto {
 
 /// Delegate of every panel: lets a page object to its window being closed, and takes closed windows apart.
 ///
-/// Closing first loads "about:blank", so that the page's `beforeunload` handler runs as in any navigation. When that load
-/// finishes the window closes; when it fails the person chose to stay. A page that does not answer has no say.
+/// Closing first loads "about:blank", so that the page's `beforeunload` handler runs as in any navigation.
+/// When that load finishes the window closes; when it fails the person chose to stay. A page that does not
+/// answer has no say.
 class WindowLife : public WindowDelegate {
  public:
   WindowLife(OpenWindows& windows, SessionRecording& session, MainQueue& mainQueue);

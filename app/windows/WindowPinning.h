@@ -12,7 +12,8 @@ class WindowPinning {
 
   /// The page learns of a change through a `veltowindow` event on its `window`.
   static void setPinned(HovrelPanel& panel, bool pinned);
-  /// The person's own command, for the key window: unpinning by hand also stops the page from pinning it again.
+  /// The person's own command, for the key window: unpinning by hand also stops the page from pinning it
+  /// again.
   void toggleKeepOnTop();
   void unpinAllWindows();
 

@@ -2,7 +2,11 @@
 
 #include <clocale>
 #include <csignal>
+#include <cstdlib>
+#include <filesystem>
 #include <stdexcept>
+#include <string>
+#include <system_error>
 #include <utility>
 
 #include <glib-unix.h>
@@ -13,7 +17,30 @@ namespace velto {
 
 namespace {
 
+/// Whether there is a graphics processor to draw with.
+bool hasRenderNode() {
+  std::error_code none;
+  for (const auto& entry : std::filesystem::directory_iterator("/dev/dri", none)) {
+    if (entry.path().filename().string().starts_with("renderD")) return true;
+  }
+  return false;
+}
+
+/// Spares the engine and its processes what cannot succeed on this machine. What the person has set stays.
+void tellEngineWhatIsMissing(const Environment& environment) {
+  constexpr int kKeep = 0;
+  // Otherwise a bus is searched for, and one is started, for as long as a person notices.
+  const auto runtime = environment.variable("XDG_RUNTIME_DIR");
+  std::error_code none;
+  if (!runtime || !std::filesystem::exists(*runtime + "/bus", none)) {
+    setenv("DBUS_SESSION_BUS_ADDRESS", "disabled:", kKeep);
+  }
+  // Pages are painted by the processor then; 3D transforms and WebGL go on to work.
+  if (!hasRenderNode()) setenv("WEBKIT_SKIA_ENABLE_CPU_RENDERING", "1", kKeep);
+}
+
 GdkDisplay* openDisplay(const Environment& environment) {
+  tellEngineWhatIsMissing(environment);
   // Only X11 lets a program place its own windows.
   gdk_set_allowed_backends("x11");
   g_set_prgname("velto");

@@ -1,5 +1,6 @@
 #include "platform/gtk/GtkWebEngine.h"
 
+#include <stdexcept>
 #include <utility>
 
 #include "platform/gtk/GtkWebView.h"
@@ -26,6 +27,8 @@ GtkWebEngine::GtkWebEngine(MainQueue& queue, const Environment& environment,
 
 std::unique_ptr<WebView> GtkWebEngine::makeWebView(const Rect& frame, WebViewConfiguration configuration) {
   auto store = std::dynamic_pointer_cast<GtkDataStore>(configuration.dataStore);
+  // What was to be private must not end up in the persistent store.
+  if (configuration.dataStore && !store) throw std::invalid_argument("the data store is not of this engine");
   if (!store) store = defaultStore();
   GObjectPtr<WebKitWebView> view;
   if (store == defaultStore_) view = spare_.take();

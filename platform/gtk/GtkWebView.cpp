@@ -13,7 +13,6 @@ namespace velto {
 namespace {
 
 constexpr const char* kOwnerKey = "velto-web-view";
-constexpr const char* kBlank = "about:blank";
 
 /// The address as the engine writes it.
 std::string engineSpelling(const std::string& uri) {

@@ -30,7 +30,6 @@ GObjectPtr<GtkWidget> makeToplevel() {
   geometry.min_width = 1;
   geometry.min_height = 1;
   gtk_window_set_geometry_hints(window, nullptr, &geometry, asked);
-  gtk_widget_realize(widget.get());
   return widget;
 }
 
@@ -93,9 +92,18 @@ void GtkWindowPeer::attributesChanged() {
 }
 
 void GtkWindowPeer::setThemeVariant() {
+  GdkWindow* const gdk = gtk_widget_get_window(widget_.get());
+  if (gdk == nullptr) return;
   std::string variant = "dark";  // GDK takes a text that it could change.
-  gdk_x11_window_set_theme_variant(gtk_widget_get_window(widget_.get()),
-                                   window_.hasDarkAppearance() ? variant.data() : nullptr);
+  gdk_x11_window_set_theme_variant(gdk, window_.hasDarkAppearance() ? variant.data() : nullptr);
+}
+
+/// Late, because the first one of a run reads style sheets and icons, while the page's process could be
+/// starting.
+void GtkWindowPeer::realize() {
+  if (gtk_widget_get_realized(widget_.get()) != FALSE) return;
+  gtk_widget_realize(widget_.get());
+  setThemeVariant();
 }
 
 void GtkWindowPeer::order(Order order) {
@@ -105,6 +113,7 @@ void GtkWindowPeer::order(Order order) {
     if (window_.isClosed()) system_.windowGone(window_);
     return;
   }
+  realize();
   if (gtk_widget_get_visible(widget_.get()) == FALSE) frame_.willShow();
   if (order == Order::frontAndKey) {
     focusPage();
@@ -138,7 +147,9 @@ void GtkWindowPeer::setMiniaturized(bool miniaturized) {
   // A window manager that refuses does not say so.
   stateCheck_.cancel();
   stateCheck_ = system_.queue().after(kAnswerTime, [this] {
-    const auto state = gdk_window_get_state(gtk_widget_get_window(widget_.get()));
+    GdkWindow* const gdk = gtk_widget_get_window(widget_.get());
+    if (gdk == nullptr) return;
+    const auto state = gdk_window_get_state(gdk);
     window_.backendSetMiniaturized((state & GDK_WINDOW_STATE_ICONIFIED) != 0);
   });
 }

@@ -56,6 +56,7 @@ class GtkWindowPeer final : public WindowPeer, private ViewEventSink {
   void nativeWidgetPressed(const GdkEvent& event) override;
   void pressed(const GdkEventButton& button);
   bool keyPressed(const GdkEventKey& event);
+  void realize();
   void setThemeVariant();
   void focusPage();
 

@@ -17,8 +17,6 @@ namespace {
 constexpr const char* kBlank = "about:blank";
 /// Where nothing ever goes: it is asked for in order to be ignored.
 constexpr const char* kNowhere = "about:blank#nowhere";
-/// Seconds that a page may take to answer for its title.
-constexpr double kLongestTitleWait = 0.25;
 
 NavigationReporter& reporterOf(gpointer self) { return *static_cast<NavigationReporter*>(self); }
 
@@ -40,7 +38,10 @@ bool leavesPageAsItWas(const WebError& error) {
 }  // namespace
 
 NavigationReporter::NavigationReporter(GtkWebEngine& engine, WebView& webView, WebKitWebView* view)
-    : engine_(engine), webView_(webView), view_(view) {
+    : engine_(engine),
+      webView_(webView),
+      view_(view),
+      titleWait_(engine.queue(), view, [this](Navigation navigation) { reportFinished(navigation); }) {
   connectSignals();
 }
 
@@ -78,9 +79,6 @@ void NavigationReporter::connectSignals() {
   connect("web-process-terminated",
           G_CALLBACK(+[](WebKitWebView*, WebKitWebProcessTerminationReason, gpointer self) {
             guarded([&] { reporterOf(self).processTerminated(); });
-          }));
-  connect("notify::title", G_CALLBACK(+[](WebKitWebView*, GParamSpec*, gpointer self) {
-            guarded([&] { reporterOf(self).reportFinished(); });
           }));
   connect("notify::is-web-process-responsive", G_CALLBACK(+[](WebKitWebView*, GParamSpec*, gpointer self) {
             guarded([&] { reporterOf(self).responsivenessChanged(); });
@@ -138,7 +136,7 @@ void NavigationReporter::loadChanged(WebKitLoadEvent event) {
 void NavigationReporter::loadStarted() {
   processGone_ = false;
   const WeakPtr<NavigationReporter> self(*this);
-  reportFinished();
+  titleWait_.end();
   if (!self) return;
   const auto navigation = navigations_.started(engine_.nextNavigation());
   NavigationDelegate* delegate = webView_.navigationDelegate();
@@ -163,42 +161,15 @@ void NavigationReporter::loadCommitted() {
 
 void NavigationReporter::loadFinished() {
   engine_.pageCameToRest();
-  finishing_ = navigations_.finished();
+  const auto navigation = navigations_.finished();
   if (askedLater_ && !navigations_.isErrorPageOnItsWay()) std::exchange(askedLater_, nullptr)();
-  if (!finishing_) return;
-  const bool titleIsKnown = !textOf(webkit_web_view_get_title(view_)).empty() || committedUri_ == kBlank;
-  if (titleIsKnown) {
-    reportFinished();
-  } else {
-    awaitTitle();
+  if (navigation) titleWait_.begin(*navigation);
+}
+
+void NavigationReporter::reportFinished(Navigation navigation) {
+  if (NavigationDelegate* delegate = webView_.navigationDelegate()) {
+    delegate->didFinishNavigation(webView_, navigation);
   }
-}
-
-/// A short page is complete before the engine tells its title. Only the page knows whether there is one to
-/// wait for.
-void NavigationReporter::awaitTitle() {
-  webkit_web_view_evaluate_javascript(view_, "document.title === ''", -1, "velto", nullptr, nullptr,
-                                      titleAsked, new WeakPtr<NavigationReporter>(*this));
-  titleWait_ = engine_.queue().after(kLongestTitleWait, [this] { reportFinished(); });
-}
-
-void NavigationReporter::titleAsked(GObject* view, GAsyncResult* result, gpointer data) {
-  const std::unique_ptr<WeakPtr<NavigationReporter>> self(static_cast<WeakPtr<NavigationReporter>*>(data));
-  GErrorPtr error;
-  const auto answer = GObjectPtr<JSCValue>::adopt(
-      webkit_web_view_evaluate_javascript_finish(WEBKIT_WEB_VIEW(view), result, error.out()));
-  const bool isUntitled =
-      answer && jsc_value_is_boolean(answer.get()) != FALSE && jsc_value_to_boolean(answer.get()) != FALSE;
-  guarded([&] {
-    if (*self && isUntitled) (*self)->reportFinished();
-  });
-}
-
-void NavigationReporter::reportFinished() {
-  titleWait_.cancel();
-  const auto navigation = std::exchange(finishing_, std::nullopt);
-  NavigationDelegate* delegate = webView_.navigationDelegate();
-  if (navigation && delegate != nullptr) delegate->didFinishNavigation(webView_, *navigation);
 }
 
 /// True keeps the engine from showing a page of its own about the failure.
@@ -300,7 +271,8 @@ bool NavigationReporter::runScriptDialog(WebKitScriptDialog* dialog) {
         if (self && !leave) self->refusedToLeave({navigation, NavigationTracker::Phase::started, uri});
       });
   if (UIDelegate* delegate = webView_.uiDelegate()) {
-    delegate->runBeforeUnloadConfirmPanel(webView_, [asked](bool leave) { asked->answer(leave); });
+    delegate->runBeforeUnloadConfirmPanel(webView_, Url::parse(committedUri_),
+                                          [asked](bool leave) { asked->answer(leave); });
   } else {
     asked->answer(true);
   }
@@ -322,7 +294,7 @@ void NavigationReporter::refusedToLeave(NavigationTracker::Attempt attempt) {
 
 void NavigationReporter::processTerminated() {
   const WeakPtr<NavigationReporter> self(*this);
-  reportFinished();
+  titleWait_.end();
   if (!self) return;
   timeout_.cancel();
   navigations_.processGone();

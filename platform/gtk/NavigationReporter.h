@@ -9,6 +9,7 @@
 #include "platform/foundation/WeakPtr.h"
 #include "platform/gtk/GObject.h"
 #include "platform/gtk/NavigationTracker.h"
+#include "platform/gtk/TitleWait.h"
 #include "platform/loop/MainQueue.h"
 #include "platform/web/WebView.h"
 
@@ -51,12 +52,10 @@ class NavigationReporter final : public Weakable {
   void loadStarted();
   void loadCommitted();
   void loadFinished();
-  void awaitTitle();
-  static void titleAsked(GObject* view, GAsyncResult* result, gpointer data);
   bool loadFailed(const char* uri, const GError& error);
   void timedOut(Navigation navigation, const Url& url);
   void reportFailure(const NavigationTracker::Attempt& attempt, const WebError& error);
-  void reportFinished();
+  void reportFinished(Navigation navigation);
   void reportUnstarted(const NavigationTracker::Attempt& attempt, const WebError& error);
   void reportSuperseded(const std::optional<NavigationTracker::Attempt>& attempt);
   void reportRefused(const NavigationTracker::Attempt& attempt);
@@ -78,9 +77,7 @@ class NavigationReporter final : public Weakable {
   /// Where the latest navigation that the engine asked about leads, in whatever frame.
   std::string decidedUri_;
   std::string committedUri_;
-  /// Its page is complete, but the engine has yet to tell the title.
-  std::optional<Navigation> finishing_;
-  WorkItem titleWait_;
+  TitleWait titleWait_;
   /// What the page would not be left for.
   std::optional<NavigationTracker::Attempt> refused_;
   bool processGone_ = false;

@@ -131,9 +131,9 @@ gboolean ScriptBridge::messageWithReplyReceived(WebKitUserContentManager*, JSCVa
 
 void ScriptBridge::receive(const UserContentController::Channel& channel, JSCValue* value,
                            const std::function<void(ScriptReply)>& reply) {
-  auto body = jsonFrom(value);
   // A message without a body is one all the same.
-  if (jsc_value_is_undefined(value) != FALSE) body = JsonValue(JsonValue::Storage());
+  const bool isEmpty = jsc_value_is_undefined(value) != FALSE;
+  const auto body = isEmpty ? std::make_optional<JsonValue>(JsonValue::Storage()) : jsonFrom(value);
   if (!body || !isUnambiguous(channel.name)) {
     if (reply) reply({std::nullopt, "The message cannot be read"});
     return;
@@ -141,7 +141,7 @@ void ScriptBridge::receive(const UserContentController::Channel& channel, JSCVal
   // The handler may remove its channel, or close the web view and this bridge with it.
   const auto controller = controller_;
   const ContentWorld world = channel.world;
-  controller->receive(webView_, {channel.name, std::move(*body)}, world, reply);
+  controller->receive(webView_, {channel.name, *body}, world, reply);
 }
 
 bool ScriptBridge::isUnambiguous(const std::string& name) const {

@@ -6,12 +6,20 @@
 
 namespace velto {
 
+namespace {
+
+/// Of the window off the screen; about what windows are asked for.
+constexpr int kWidth = 800;
+constexpr int kHeight = 600;
+
+}  // namespace
+
 SpareWebView::SpareWebView(MainQueue& queue, std::function<GObjectPtr<WebKitWebView>()> make)
     : queue_(queue), make_(std::move(make)) {}
 
 SpareWebView::~SpareWebView() {
   wakeUp_.cancel();
-  if (const auto view = take()) gtk_widget_destroy(GTK_WIDGET(view.get()));
+  discard();
 }
 
 void SpareWebView::prepareAfter(double seconds) {
@@ -22,22 +30,48 @@ void SpareWebView::prepareAfter(double seconds) {
 }
 
 GObjectPtr<WebKitWebView> SpareWebView::take() {
+  if (!ready_) return nullptr;
+  return release();
+}
+
+/// Takes the view out of everything that was put around it.
+GObjectPtr<WebKitWebView> SpareWebView::release() {
+  ready_ = false;
+  loaded_.disconnect();
   terminated_.disconnect();
+  if (auto offscreen = std::exchange(offscreen_, nullptr)) {
+    gtk_container_remove(GTK_CONTAINER(offscreen.get()), GTK_WIDGET(view_.get()));
+    // The next window need not wait for this one to go.
+    queue_.async([offscreen] { gtk_widget_destroy(offscreen.get()); });
+  }
   return std::exchange(view_, nullptr);
+}
+
+void SpareWebView::discard() {
+  if (const auto view = release()) gtk_widget_destroy(GTK_WIDGET(view.get()));
 }
 
 void SpareWebView::prepare() {
   view_ = make_();
+  loaded_ = {view_.get(), "load-changed", G_CALLBACK(loadChanged), this};
   terminated_ = {view_.get(), "web-process-terminated", G_CALLBACK(processTerminated), this};
-  // Work for the process starts it. A page would do so too, but would be one to go back to.
-  webkit_web_view_evaluate_javascript(view_.get(), "0", -1, nullptr, nullptr, nullptr, nullptr, nullptr);
+  offscreen_ = GObjectPtr<GtkWidget>::retain(gtk_offscreen_window_new());
+  gtk_window_set_default_size(GTK_WINDOW(offscreen_.get()), kWidth, kHeight);
+  gtk_container_add(GTK_CONTAINER(offscreen_.get()), GTK_WIDGET(view_.get()));
+  gtk_widget_show_all(offscreen_.get());
+  // A page that comes as a text, not from an address, leaves nothing to go back to.
+  webkit_web_view_load_html(view_.get(), "<html></html>", nullptr);
+}
+
+void SpareWebView::loadChanged(WebKitWebView*, WebKitLoadEvent event, gpointer self) {
+  if (event == WEBKIT_LOAD_FINISHED) static_cast<SpareWebView*>(self)->ready_ = true;
 }
 
 void SpareWebView::processTerminated(WebKitWebView*, WebKitWebProcessTerminationReason, gpointer self) {
   guarded([self] {
     auto& spare = *static_cast<SpareWebView*>(self);
     // Not from within the view's own signal.
-    spare.queue_.async([view = spare.take()] { gtk_widget_destroy(GTK_WIDGET(view.get())); });
+    spare.queue_.async([view = spare.release()] { gtk_widget_destroy(GTK_WIDGET(view.get())); });
   });
 }
 

@@ -2,6 +2,7 @@
 
 #include <functional>
 
+#include <gtk/gtk.h>
 #include <webkit2/webkit2.h>
 
 #include "platform/gtk/GObject.h"
@@ -9,10 +10,11 @@
 
 namespace velto {
 
-/// One engine view whose process has started, so that the next window need not wait for it. It has no parent
-/// and no page, and its history is empty.
+/// One engine view whose process has started and has painted once, so that the next window need not wait for
+/// it. It has no parent when it is taken, and its history is empty.
 ///
-/// It is made while nothing else is going on: some time after the last of the events that this is told of.
+/// The painting is what starts the process's graphics; it is done in a window off the screen. The spare is
+/// made while nothing else is going on: some time after the last of the events that this is told of.
 class SpareWebView {
  public:
   SpareWebView(MainQueue& queue, std::function<GObjectPtr<WebKitWebView>()> make);
@@ -22,16 +24,22 @@ class SpareWebView {
 
   /// Makes one when there has been no such call for `seconds`, unless there is one.
   void prepareAfter(double seconds);
-  /// The spare, or null when there is none.
+  /// The spare, or null when there is none that is ready.
   [[nodiscard]] GObjectPtr<WebKitWebView> take();
 
  private:
   void prepare();
+  GObjectPtr<WebKitWebView> release();
+  void discard();
+  static void loadChanged(WebKitWebView*, WebKitLoadEvent event, gpointer self);
   static void processTerminated(WebKitWebView*, WebKitWebProcessTerminationReason, gpointer self);
 
   MainQueue& queue_;
   std::function<GObjectPtr<WebKitWebView>()> make_;
   GObjectPtr<WebKitWebView> view_;
+  GObjectPtr<GtkWidget> offscreen_;
+  bool ready_ = false;
+  SignalConnection loaded_;
   SignalConnection terminated_;
   WorkItem wakeUp_;
 };

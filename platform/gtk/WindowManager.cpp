@@ -92,9 +92,10 @@ void window_manager::showWithoutFocus(GtkWindow* window) {
 }
 
 bool window_manager::hasState(GtkWindow* window, const char* state) {
+  if (gtk_widget_get_mapped(GTK_WIDGET(window)) == FALSE) return false;
   GdkWindow* const gdk = gdkWindow(window);
   GdkDisplay* const display = gdk_window_get_display(gdk);
-  if (gtk_widget_get_mapped(GTK_WIDGET(window)) == FALSE || !supports(display, state)) return false;
+  if (!supports(display, state)) return false;
   return propertyHolds(display, gdk, gdk_x11_get_xatom_by_name_for_display(display, "_NET_WM_STATE"),
                        gdk_x11_get_xatom_by_name_for_display(display, state));
 }

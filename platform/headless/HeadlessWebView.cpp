@@ -174,11 +174,12 @@ void HeadlessWebView::leavePage() {
   UIDelegate* person = uiDelegate();
   if (!page_ || !page_->script.beforeUnload || person == nullptr) return start();
   asking_ = load_->navigation;
-  person->runBeforeUnloadConfirmPanel(*this, [weak = WeakPtr<HeadlessWebView>(*this),
-                                              navigation = *asking_](bool leave) {
-    if (!weak) return;
-    weak->post([navigation, leave](HeadlessWebView& self) { self.answeredBeforeUnload(navigation, leave); });
-  });
+  person->runBeforeUnloadConfirmPanel(
+      *this, pageUrl_, [weak = WeakPtr<HeadlessWebView>(*this), navigation = *asking_](bool leave) {
+        if (!weak) return;
+        weak->post(
+            [navigation, leave](HeadlessWebView& self) { self.answeredBeforeUnload(navigation, leave); });
+      });
 }
 
 void HeadlessWebView::answeredBeforeUnload(Navigation navigation, bool leave) {

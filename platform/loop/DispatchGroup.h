@@ -7,8 +7,8 @@
 
 namespace velto {
 
-/// Counts pieces of asynchronous work and tells when all of them are done. Main thread only. Copies share the count,
-/// so the completion of each piece can hold one.
+/// Counts pieces of asynchronous work and tells when all of them are done. Main thread only. Copies share the
+/// count, so the completion of each piece can hold one.
 class DispatchGroup {
  public:
   explicit DispatchGroup(MainQueue& queue);
@@ -16,8 +16,8 @@ class DispatchGroup {
   void enter();
   /// One for each `enter`.
   void leave();
-  /// Queues the task on the main queue when the count next reaches zero, or now when it is zero; several are queued in
-  /// the order of these calls.
+  /// Queues the task on the main queue when the count next reaches zero, or now when it is zero; several are
+  /// queued in the order of these calls.
   void notify(Task task);
 
  private:

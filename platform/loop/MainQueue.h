@@ -8,7 +8,8 @@ namespace velto {
 
 using Task = std::move_only_function<void()>;
 
-/// A piece of delayed work that can be called off. Copies share the work; dropping every copy does not cancel it.
+/// A piece of delayed work that can be called off. Copies share the work; dropping every copy does not cancel
+/// it.
 class WorkItem {
  public:
   struct State {
@@ -21,7 +22,8 @@ class WorkItem {
   WorkItem() = default;
   explicit WorkItem(std::shared_ptr<State> state) : state_(std::move(state)) {}
 
-  /// Before it has started the work never runs and its captures are freed at once; afterwards nothing happens.
+  /// Before it has started the work never runs and its captures are freed at once; afterwards nothing
+  /// happens.
   void cancel();
   /// Whether the work is still to come.
   [[nodiscard]] bool isPending() const;
@@ -30,8 +32,8 @@ class WorkItem {
   std::shared_ptr<State> state_;
 };
 
-/// A repeating timer that runs for as long as this object lives. It keeps to the grid of its first start; fires that
-/// were missed while the thread was busy collapse into one.
+/// A repeating timer that runs for as long as this object lives. It keeps to the grid of its first start;
+/// fires that were missed while the thread was busy collapse into one.
 class Timer {
  public:
   Timer() = default;
@@ -53,12 +55,12 @@ class MainQueue {
  public:
   virtual ~MainQueue() = default;
 
-  /// Runs after everything queued before it. Work queued by running work waits for the next turn. Thread-safe; all
-  /// other members are for the main thread.
+  /// Runs after everything queued before it. Work queued by running work waits for the next turn.
+  /// Thread-safe; all other members are for the main thread.
   virtual void async(Task task) = 0;
 
-  /// Runs once, after `seconds` (0 or more) and after everything already queued. Different deadlines run in their
-  /// order, equal ones in the order of these calls.
+  /// Runs once, after `seconds` (0 or more) and after everything already queued. Different deadlines run in
+  /// their order, equal ones in the order of these calls.
   WorkItem after(double seconds, Task task);
 
   /// First runs one interval from now. Intervals below a millisecond count as one.

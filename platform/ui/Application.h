@@ -15,7 +15,8 @@
 namespace velto {
 
 /// Told of the application's life. At the start: will finish launching, the request for an untitled file (the
-/// application was started; the delegate knows whether something explicit was asked for), did finish launching.
+/// application was started; the delegate knows whether something explicit was asked for), did finish
+/// launching.
 class ApplicationDelegate : public Weakable {
  public:
   virtual ~ApplicationDelegate() = default;
@@ -36,13 +37,13 @@ class WindowSystem {
  public:
   virtual ~WindowSystem() = default;
   [[nodiscard]] virtual std::unique_ptr<WindowPeer> makePeer(Window& window) = 0;
-  /// The connected displays, the main one first. Empty while none is there, which can last a moment when displays
-  /// change.
+  /// The connected displays, the main one first. Empty while none is there, which can last a moment when
+  /// displays change.
   [[nodiscard]] virtual std::vector<Screen> screens() const = 0;
   /// Brings the application's key window before the windows of other programs.
   virtual void activate() = 0;
-  /// Shows the alert on its window, or on its own without one, and answers once, asynchronously. When the window
-  /// closes first the answer is the last button.
+  /// Shows the alert on its window, or on its own without one, and answers once, asynchronously. When the
+  /// window closes first the answer is the last button.
   virtual void showAlert(const Alert& alert, WeakPtr<Window> sheetOn, AlertCompletion completion) = 0;
   /// The person asked the desktop for less motion.
   [[nodiscard]] virtual bool prefersReducedMotion() const = 0;
@@ -51,8 +52,8 @@ class WindowSystem {
   virtual void stop() = 0;
 };
 
-/// The application as its windows and its delegate see it: which windows there are, which has the keyboard, and
-/// whether the application is the active one. Main thread only.
+/// The application as its windows and its delegate see it: which windows there are, which has the keyboard,
+/// and whether the application is the active one. Main thread only.
 class Application {
  public:
   explicit Application(WindowSystem& windowSystem) : windowSystem_(windowSystem) {}

@@ -38,6 +38,15 @@ struct KeyEvent {
   Uptime time;
 };
 
-enum class Cursor { arrow, pointingHand, iBeam, openHand, closedHand, resizeNorthWestSouthEast, resizeNorthEastSouthWest, crosshair };
+enum class Cursor {
+  arrow,
+  pointingHand,
+  iBeam,
+  openHand,
+  closedHand,
+  resizeNorthWestSouthEast,
+  resizeNorthEastSouthWest,
+  crosshair
+};
 
 }  // namespace velto

@@ -8,8 +8,8 @@
 
 namespace velto {
 
-/// One connected display, as it is now. Rectangles are in global screen coordinates: points, y upwards, the origin at
-/// the lower left corner of the main display.
+/// One connected display, as it is now. Rectangles are in global screen coordinates: points, y upwards, the
+/// origin at the lower left corner of the main display.
 struct Screen {
   /// Tells displays apart while the set of them stays as it is.
   int number = 0;

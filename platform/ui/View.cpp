@@ -22,7 +22,8 @@ void View::setFrame(const Rect& frame) {
 
 namespace {
 
-/// One axis of autoresizing: the growth is shared in equal parts by the margins and the side that may stretch.
+/// One axis of autoresizing: the growth is shared in equal parts by the margins and the side that may
+/// stretch.
 void stretch(double growth, bool before, bool side, bool after, double& origin, double& length) {
   const int parts = int{before} + int{side} + int{after};
   if (parts == 0) return;
@@ -60,7 +61,8 @@ void View::insertSubview(std::unique_ptr<View> view) {
 std::unique_ptr<View> View::removeFromSuperview() {
   if (superview_ == nullptr) return nullptr;
   auto& siblings = superview_->subviews_;
-  const auto found = std::find_if(siblings.begin(), siblings.end(), [this](const auto& v) { return v.get() == this; });
+  const auto found =
+      std::find_if(siblings.begin(), siblings.end(), [this](const auto& v) { return v.get() == this; });
   std::unique_ptr<View> self = std::move(*found);
   siblings.erase(found);
   View* parent = std::exchange(superview_, nullptr);

@@ -1,10 +1,10 @@
 #pragma once
 
-#include <cairomm/context.h>
-
 #include <memory>
 #include <string>
 #include <vector>
+
+#include <cairomm/context.h>
 
 #include "platform/foundation/Geometry.h"
 #include "platform/foundation/WeakPtr.h"
@@ -38,9 +38,9 @@ struct Autoresizing {
 
 /// A rectangle of a window that draws and takes events; the tree of these is a window's content.
 ///
-/// A view owns its subviews. Its frame is in its superview's coordinates, its bounds start at (0, 0); both have y
-/// upwards. Later subviews lie above earlier ones. The tree changes its own state first and the backend follows through
-/// the peer, so nothing here waits for a widget. Main thread only.
+/// A view owns its subviews. Its frame is in its superview's coordinates, its bounds start at (0, 0); both
+/// have y upwards. Later subviews lie above earlier ones. The tree changes its own state first and the
+/// backend follows through the peer, so nothing here waits for a widget. Main thread only.
 class View : public Weakable {
  public:
   View() = default;
@@ -85,7 +85,8 @@ class View : public Weakable {
   [[nodiscard]] const std::string& accessibilityLabel() const { return accessibilityLabel_; }
   void setAccessibilityLabel(std::string label);
 
-  /// The deepest visible view under the point (in the superview's coordinates) that takes pointer events, or null.
+  /// The deepest visible view under the point (in the superview's coordinates) that takes pointer events, or
+  /// null.
   [[nodiscard]] View* hitTest(Point point);
   /// From this view's coordinates to the window content's.
   [[nodiscard]] Point convertToContent(Point point) const;

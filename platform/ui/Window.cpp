@@ -27,10 +27,12 @@ Window::~Window() {
 
 Rect Window::constrained(const Rect& frame) const {
   const auto hold = [](double length, double least) {
-    return std::clamp(std::isfinite(length) ? length : least, std::clamp(least, 1.0, kMaximumSide), kMaximumSide);
+    return std::clamp(std::isfinite(length) ? length : least, std::clamp(least, 1.0, kMaximumSide),
+                      kMaximumSide);
   };
   return {frame.origin,
-          {hold(frame.size.width, attributes_.minSize.width), hold(frame.size.height, attributes_.minSize.height)}};
+          {hold(frame.size.width, attributes_.minSize.width),
+           hold(frame.size.height, attributes_.minSize.height)}};
 }
 
 void Window::setFrame(const Rect& frame) {
@@ -58,7 +60,8 @@ void Window::center() {
   const Rect& area = on->visibleFrame;
   const double x = area.midX() - frame_.size.width * 0.5;
   const double spare = area.size.height - frame_.size.height;
-  setFrameOrigin({std::max(std::round(x), area.minX()), std::max(std::round(area.minY() + spare * 2 / 3), area.minY())});
+  setFrameOrigin(
+      {std::max(std::round(x), area.minX()), std::max(std::round(area.minY() + spare * 2 / 3), area.minY())});
 }
 
 std::optional<Screen> Window::screen() const {

@@ -65,10 +65,10 @@ class WindowPeer {
 
 /// A window of the application.
 ///
-/// Its frame is in global screen coordinates (see `Screen`); its windows have no border of the desktop's, so the frame is
-/// the content's. A frame is held between the minimum size and `kMaximumSide` on each axis. Who makes a window owns
-/// it; closing only takes it from the screen and tells the delegate, who may then drop it, but not before the
-/// call is over. Main thread only.
+/// Its frame is in global screen coordinates (see `Screen`); its windows have no border of the desktop's, so
+/// the frame is the content's. A frame is held between the minimum size and `kMaximumSide` on each axis. Who
+/// makes a window owns it; closing only takes it from the screen and tells the delegate, who may then drop
+/// it, but not before the call is over. Main thread only.
 class Window : public Weakable {
  public:
   /// No side of a window is longer, whatever was asked for: past this a display server runs out of memory.

@@ -13,8 +13,8 @@ namespace velto {
 
 class WebView;
 
-/// One request for a URL of an own scheme. It is answered once, by `respond` or `fail`; one that is dropped without an
-/// answer fails.
+/// One request for a URL of an own scheme. It is answered once, by `respond` or `fail`; one that is dropped
+/// without an answer fails.
 class UrlSchemeTask {
  public:
   virtual ~UrlSchemeTask() = default;

@@ -22,12 +22,14 @@ void UserContentController::addReplyHandler(const std::string& name, ScriptReply
 void UserContentController::add(Entry entry) {
   removeMessageHandler(entry.channel.name, entry.channel.world);
   entries_.push_back(std::move(entry));
-  if (mirror_ != nullptr) mirror_->addChannel(entries_.back().channel, entries_.back().replyHandler != nullptr);
+  if (mirror_ != nullptr)
+    mirror_->addChannel(entries_.back().channel, entries_.back().replyHandler != nullptr);
 }
 
 void UserContentController::removeMessageHandler(const std::string& name, const ContentWorld& world) {
   const Channel channel{name, world};
-  if (std::erase_if(entries_, [&](const Entry& e) { return e.channel == channel; }) > 0 && mirror_ != nullptr) {
+  if (std::erase_if(entries_, [&](const Entry& e) { return e.channel == channel; }) > 0 &&
+      mirror_ != nullptr) {
     mirror_->removeChannel(channel);
   }
 }
@@ -57,7 +59,8 @@ void UserContentController::receive(WebView& webView, const ScriptMessage& messa
   // A handler may remove itself while it runs.
   const Entry entry = *found;
   if (entry.replyHandler) {
-    entry.replyHandler(webView, message, reply ? reply : [](const ScriptReply&) {});
+    entry.replyHandler(
+        webView, message, reply ? reply : [](const ScriptReply&) {});
   } else {
     entry.handler(webView, message);
     if (reply) reply({});

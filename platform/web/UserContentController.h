@@ -23,10 +23,11 @@ struct ScriptReply {
 };
 
 using ScriptMessageHandler = std::function<void(WebView&, const ScriptMessage&)>;
-using ScriptReplyHandler = std::function<void(WebView&, const ScriptMessage&, std::function<void(ScriptReply)>)>;
+using ScriptReplyHandler =
+    std::function<void(WebView&, const ScriptMessage&, std::function<void(ScriptReply)>)>;
 
-/// The scripts of one web view's pages and the channels by which they talk to the application. Its web view mirrors
-/// every change into the engine. Main thread only.
+/// The scripts of one web view's pages and the channels by which they talk to the application. Its web view
+/// mirrors every change into the engine. Main thread only.
 class UserContentController : public Weakable {
  public:
   struct Channel {
@@ -45,7 +46,8 @@ class UserContentController : public Weakable {
 
   void addUserScript(UserScript script);
   /// A second handler of one name and world replaces the first.
-  void addMessageHandler(const std::string& name, ScriptMessageHandler handler, const ContentWorld& world = {});
+  void addMessageHandler(const std::string& name, ScriptMessageHandler handler,
+                         const ContentWorld& world = {});
   void addReplyHandler(const std::string& name, ScriptReplyHandler handler, const ContentWorld& world = {});
   /// Nothing happens when there is none.
   void removeMessageHandler(const std::string& name, const ContentWorld& world = {});

@@ -35,7 +35,8 @@ struct WebError {
   std::optional<Url> failingUrl;
 };
 
-/// Which scripts share names with each other: the page's own world, or a named one that the page cannot see into.
+/// Which scripts share names with each other: the page's own world, or a named one that the page cannot see
+/// into.
 struct ContentWorld {
   /// Empty for the page's world.
   std::string name;

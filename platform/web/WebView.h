@@ -18,8 +18,8 @@ namespace velto {
 
 class WebView;
 
-/// Told how a web view's pages load. Held weakly. The order of one navigation is: did start, did commit, did finish; or
-/// did start and did fail provisionally; or did start, did commit and did fail.
+/// Told how a web view's pages load. Held weakly. The order of one navigation is: did start, did commit, did
+/// finish; or did start and did fail provisionally; or did start, did commit and did fail.
 ///
 /// A navigation that the page refused through its `beforeunload` dialog fails provisionally as cancelled.
 class NavigationDelegate : public Weakable {
@@ -28,7 +28,8 @@ class NavigationDelegate : public Weakable {
   virtual void didStartProvisionalNavigation(WebView& webView, Navigation navigation) = 0;
   virtual void didCommitNavigation(WebView& webView, Navigation navigation) = 0;
   virtual void didFinishNavigation(WebView& webView, Navigation navigation) = 0;
-  virtual void didFailProvisionalNavigation(WebView& webView, Navigation navigation, const WebError& error) = 0;
+  virtual void didFailProvisionalNavigation(WebView& webView, Navigation navigation,
+                                            const WebError& error) = 0;
   virtual void didFailNavigation(WebView& webView, Navigation navigation, const WebError& error) = 0;
   /// The process that ran the page is gone; nothing is shown until the next load, which gets a new process.
   virtual void webContentProcessDidTerminate(WebView& webView) = 0;
@@ -36,13 +37,15 @@ class NavigationDelegate : public Weakable {
   virtual void webContentResponsivenessChanged(WebView& webView, bool responsive) = 0;
 };
 
-/// Answers what a page asks of the person or of the desktop. Held weakly. Each completion is called once, at any time,
-/// also when the web view is gone by then.
+/// Answers what a page asks of the person or of the desktop. Held weakly. Each completion is called once, at
+/// any time, also when the web view is gone by then.
 class UIDelegate : public Weakable {
  public:
   virtual ~UIDelegate() = default;
-  /// True leaves the page. The page's own message is not passed on.
-  virtual void runBeforeUnloadConfirmPanel(WebView& webView, std::function<void(bool)> completion) = 0;
+  /// `page` is the page that asks, which is no longer what the web view calls its URL. True leaves it. The
+  /// page's own message is not passed on.
+  virtual void runBeforeUnloadConfirmPanel(WebView& webView, const std::optional<Url>& page,
+                                           std::function<void(bool)> completion) = 0;
 };
 
 /// What a web view is made with.
@@ -61,7 +64,8 @@ struct WebViewConfiguration {
   std::string userAgent;
 };
 
-/// A view that shows a web page. Made by a `WebEngine`. Its state is what the engine reported last. Main thread only.
+/// A view that shows a web page. Made by a `WebEngine`. Its state is what the engine reported last. Main
+/// thread only.
 class WebView : public View {
  public:
   using ScriptCompletion = std::function<void(std::optional<JsonValue>)>;
@@ -91,8 +95,8 @@ class WebView : public View {
   [[nodiscard]] virtual double pageZoom() const = 0;
   virtual void setPageZoom(double zoom) = 0;
 
-  /// Runs in the page's main frame. The result is what the script's last expression gives as JSON; absent when the
-  /// script threw, the value has no JSON form, or the page went away.
+  /// Runs in the page's main frame. The result is what the script's last expression gives as JSON; absent
+  /// when the script threw, the value has no JSON form, or the page went away.
   virtual void evaluateJavaScript(std::string_view script, ScriptCompletion completion = {}) = 0;
 
   /// A PNG of what is shown, `width` pixels wide; absent when there is nothing to show.
@@ -109,7 +113,8 @@ class WebView : public View {
 class WebEngine {
  public:
   virtual ~WebEngine() = default;
-  [[nodiscard]] virtual std::unique_ptr<WebView> makeWebView(const Rect& frame, WebViewConfiguration configuration) = 0;
+  [[nodiscard]] virtual std::unique_ptr<WebView> makeWebView(const Rect& frame,
+                                                             WebViewConfiguration configuration) = 0;
   [[nodiscard]] virtual std::shared_ptr<DataStore> defaultDataStore() = 0;
   [[nodiscard]] virtual std::shared_ptr<DataStore> makeNonPersistentDataStore() = 0;
 };

@@ -48,6 +48,15 @@ TEST(PendingLaunch, argumentsOpenTheirPagesInsteadOfTheSession) {
   }
 }
 
+TEST(PendingLaunch, anArgumentIsPendingNoLongerThanItsWindowTakes) {
+  TestApplication app;
+  app.headless.environment().arguments = {"https://a.example/"};
+  AppDelegate& delegate = app.start();
+  app.headless.loop().runTurn();
+  EXPECT_EQ(app.panelCount(), 1U);
+  EXPECT_FALSE(delegate.hasPendingExplicitLaunchTarget());
+}
+
 TEST(PendingLaunch, otherArgumentsHoldNothingBack) {
   for (const Texts& arguments : {Texts{}, Texts{"-https://a.example/"}, Texts{"a.example"},
                                  Texts{"mailto:a@b.example"}, Texts{"--flag", "3000", ""}}) {

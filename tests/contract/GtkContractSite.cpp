@@ -30,10 +30,10 @@ LoopbackServer::Response responseTo(const std::optional<ContractPage>& page) {
   const std::string head =
       "HTTP/1.1 200 OK\r\nContent-Type: text/html; charset=utf-8\r\nCache-Control: no-store\r\n";
   if (page->answer == ContractPage::Answer::cutOff) {
-    // Long enough for the page to be shown before it turns out that the rest is missing.
+    // Enough of a page, and for long enough, to be shown before it turns out that the rest is missing.
+    const std::string shown = body + std::string(2000, ' ');
     constexpr std::chrono::milliseconds kShown{300};
-    const std::string length = std::to_string(body.size() + 1000);
-    return {head + "Content-Length: " + length + "\r\n\r\n" + body, kShown};
+    return {head + "Content-Length: " + std::to_string(shown.size() + 1) + "\r\n\r\n" + shown, kShown};
   }
   return {head + end + std::to_string(body.size()) + "\r\n\r\n" + body};
 }

@@ -28,9 +28,9 @@ class WebScriptContract : public WebContract {
 
 TEST_F(WebScriptContract, givesTheLastExpressionAsJson) {
   visit(*page);
-  EXPECT_EQ(site.evaluate(*webView, "document.title"), JsonValue(std::string("First")));
+  EXPECT_EQ(site.evaluate(*webView, "document.title"), readJson(R"("First")"));
   EXPECT_EQ(site.evaluate(*webView, "[1, 2.5, 'x', null]"), readJson(R"([1, 2.5, "x", null])"));
-  EXPECT_EQ(site.evaluate(*webView, "null"), JsonValue(JsonValue::Storage()));
+  EXPECT_EQ(site.evaluate(*webView, "null"), readJson("null"));
   for (const char* none : {"undefined", "throw 1", "1 +", "var loop = {}; loop.loop = loop; loop"}) {
     EXPECT_EQ(site.evaluate(*webView, none), std::nullopt) << none;
   }

@@ -75,7 +75,8 @@ TEST_F(WebStoreContract, answersAnOwnSchemeThroughTheHandlerOfItsWebView) {
 
   for (const char* path : {"fail", "dropped"}) {
     const auto number = load(Url::parse(std::string("velto-history://history/") + path).value());
-    EXPECT_TRUE(waitFor(line("fail provisionally", number, " -1"))) << path << testing::PrintToString(recorder.log);
+    EXPECT_TRUE(waitFor(line("fail provisionally", number, " -1")))
+        << path << testing::PrintToString(recorder.log);
   }
   load(Url::parse("velto-history://history/later").value());
   ASSERT_TRUE(contract.runUntil([&] { return handler->held != nullptr; }));

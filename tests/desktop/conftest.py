@@ -1,17 +1,13 @@
 """Fixtures: desktops for a module, an application and a site for a test."""
 
 import signal
-import sys
-from pathlib import Path
 
 import pytest
 
-sys.path.insert(0, str(Path(__file__).parent))
-
-from support.application import Application  # noqa: E402
-from support.desktop import Desktop  # noqa: E402
-from support.neighbours import Neighbour  # noqa: E402
-from support.site import Site  # noqa: E402
+from support.application import Application
+from support.desktop import Desktop
+from support.neighbours import Neighbour
+from support.site import Site
 
 
 @pytest.fixture(scope="module")

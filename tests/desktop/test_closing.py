@@ -64,7 +64,8 @@ def close_box(_, dialog):
     dialog.ask_to_close()
 
 
-@pytest.mark.parametrize("stay", [press("Escape"), click(0.75), close_box], ids=["Escape", "click", "close box"])
+@pytest.mark.parametrize("stay", [press("Escape"), click(0.75), close_box],
+                         ids=["Escape", "click", "close box"])
 @pytest.mark.parametrize("leave", [press("Return"), click(0.25)], ids=["Return", "click"])
 def test_a_page_that_asks(running, site, stay, leave):
     window = touched(running, site, ASKS)

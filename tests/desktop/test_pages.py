@@ -23,8 +23,8 @@ onkeydown = () => fetch("/key")
 BUTTON = (0xFF, 0xFD, 0xF7)
 
 
-@pytest.mark.parametrize("zoom, side", [("100", 100), ("200", 200), ("2", 200), ("50%", 50), ("1000", 300), ("1%", 25),
-                                        ("0", 100)])
+@pytest.mark.parametrize("zoom, side", [
+    ("100", 100), ("200", 200), ("2", 200), ("50%", 50), ("1000", 300), ("1%", 25), ("0", 100)])
 def test_zoom(running, site, zoom, side):
     window = running.open(site.page("/page", COLOUR, BOX), "--size", "420x420", "--zoom", zoom)
     inside, outside = (side - 1, side - 1), (side, side)
@@ -55,7 +55,8 @@ def button_in(window):
     """The middle of what has the colour of a button, in root coordinates; None when there is none."""
     picture = window.picture()
     pixels = picture.load()
-    found = [(x, y) for x in range(0, picture.width, 2) for y in range(0, picture.height, 2) if pixels[x, y] == BUTTON]
+    found = [(x, y) for x in range(0, picture.width, 2) for y in range(0, picture.height, 2)
+             if pixels[x, y] == BUTTON]
     if len(found) < 100:
         return None
     frame = window.frame()

@@ -26,7 +26,7 @@ def page_that_keeps(site, mark):
 
 
 def marks_below(folder, mark):
-    """The texts that begin with the mark, in any file's content or name, in the encodings that the engine uses."""
+    """The texts that begin with the mark, in any file's content or name, in the engine's encodings."""
     found = set()
     for parent, folders, files in os.walk(folder):
         texts = [name.encode() for name in folders + files]
@@ -48,7 +48,7 @@ def test_incognito_leaves_nothing(velto, site):
     private = velto.open(page_that_keeps(site, PRIVATE), "--incognito")
     for mark in (ORDINARY, PRIVATE):
         assert f"{mark}-cookie=1" in site.wait_for(f"/{mark}-done")["cookie"]
-    assert ORDINARY not in site.wait_for(f"/{PRIVATE}-done")["cookie"], "a private window sees no stored cookies"
+    assert ORDINARY not in site.wait_for(f"/{PRIVATE}-done")["cookie"], "it sees no stored cookies"
     everything = {"cookie", "item", "thing", "page"}
     wait_until(lambda: marks_below(velto.home, ORDINARY) == everything,
                lambda: f"an ordinary window leaves its traces, not only {marks_below(velto.home, ORDINARY)}")
@@ -65,8 +65,8 @@ def test_what_an_ordinary_window_keeps_is_there_again(velto, site):
     velto.open(page_that_keeps(site, ORDINARY))
     site.wait_for(f"/{ORDINARY}-done")
     velto.end()
-    page = site.page("/later", COLOUR, f"<script>fetch('/kept?item=' + localStorage['{ORDINARY}-item'])</script>")
-    velto.open(page)
+    asks = f"<script>fetch('/kept?item=' + localStorage['{ORDINARY}-item'])</script>"
+    velto.open(site.page("/later", COLOUR, asks))
     assert site.wait_for("/kept") == {"item": "1"}
     assert f"{ORDINARY}-cookie=1" in site.headers_of("/later")["Cookie"]
 
@@ -93,8 +93,8 @@ def test_files_are_the_persons_own(open_handed, velto, site):
     velto.end()
     velto.open(site.page("/again", COLOUR)).wait_until_shows(COLOUR)
     seen, open_to_others = 0, []
-    for base in ("data", "config", "cache", "runtime"):
-        for parent, folders, files in os.walk(velto.home / base / ("velto" if base == "runtime" else "Velto")):
+    for base in ("data/Velto", "config/Velto", "cache/Velto", "runtime/velto"):
+        for parent, folders, files in os.walk(velto.home / base):
             for path in [parent, *(os.path.join(parent, name) for name in files)]:
                 seen += 1
                 mode = os.lstat(path).st_mode

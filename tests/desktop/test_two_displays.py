@@ -60,7 +60,7 @@ def test_display_goes_and_comes_back(displays, beside, page, unplugged, width, h
     pid = beside.pid()
 
     displays.unplug(unplugged)
-    wait_until(lambda: reachable(first, width, height), lambda: f"{first} is on what is left of the screen", 10)
+    wait_until(lambda: reachable(first, width, height), lambda: f"{first} is on what is left", 10)
     second = beside.open(page, *SIZE, "--top-left")
     second.wait_for_frame(0, 0, 420, 300)
     second.wait_until_shows(COLOUR)

@@ -176,7 +176,8 @@ class RecordingSubsystems {
       container.addSubview(std::make_unique<View>(container.bounds())).setIdentifier("chrome");
       all.note("furniture: chrome");
     }
-    ControlBarView* addControlBar(HovrelPanel&, View& container) override {
+    ControlBarView* addControlBar(HovrelPanel&, View& container, UserDefaults& preferences) override {
+      preferences.set("bar", true);
       all.note("furniture: bar");
       if (!all.makesControlBars) return nullptr;
       return &container.addSubview(std::make_unique<FakeControlBarView>(all.log, all.barsTakeAddresses));

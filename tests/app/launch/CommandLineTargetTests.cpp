@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "app/launch/CommandLineTarget.h"
-#include "tests/app/launch/UrlSupport.h"
+#include "tests/support/UrlSupport.h"
 
 namespace velto {
 namespace {

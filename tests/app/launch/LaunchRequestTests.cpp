@@ -5,7 +5,7 @@
 #include <gtest/gtest.h>
 
 #include "app/launch/LaunchRequest.h"
-#include "tests/app/launch/UrlSupport.h"
+#include "tests/support/UrlSupport.h"
 
 namespace velto {
 namespace {

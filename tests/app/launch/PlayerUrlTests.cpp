@@ -4,7 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "app/launch/PlayerUrl.h"
-#include "tests/app/launch/UrlSupport.h"
+#include "tests/support/UrlSupport.h"
 
 namespace velto {
 namespace {

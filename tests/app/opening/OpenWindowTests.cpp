@@ -246,5 +246,20 @@ TEST(OpenWindow, testModeForcesTheBarOpen) {
       0);
 }
 
+TEST(OpenWindow, testModeKeepsWhatTheBarRemembersApart) {
+  TestApplication app;
+  app.setTestMode();
+  const Platform& platform = app.headless.platform();
+  const auto suite = platform.environment.preferencesDirectory /
+                     ("Velto.VisibleUITests." + std::to_string(platform.environment.processId) + ".plist");
+  UserDefaults(platform.files, suite).set("left over", true);
+  app.settle();
+  app.openWindow("https://a.example/");
+  const UserDefaults kept(platform.files, suite);
+  EXPECT_EQ(kept.boolean("bar"), true);
+  EXPECT_FALSE(kept.value("left over"));
+  EXPECT_FALSE(platform.defaults.value("bar"));
+}
+
 }  // namespace
 }  // namespace velto

@@ -26,10 +26,9 @@ TEST(PageDialogs, askBeforeAPageIsLeft) {
     TestApplication app;
     app.settle();
     HovrelPanel& panel = app.openWindow("about:blank");
-    panel.webView->load({test::url(c.page)});
     std::vector<bool> answers;
     for (const char* button : {"Leave Page", "Stay on Page"}) {
-      panel.webView->uiDelegate()->runBeforeUnloadConfirmPanel(*panel.webView,
+      panel.webView->uiDelegate()->runBeforeUnloadConfirmPanel(*panel.webView, test::url(c.page),
                                                                [&](bool leave) { answers.push_back(leave); });
       ASSERT_EQ(app.headless.windowSystem().alerts().size(), 1U);
       const Alert alert = app.headless.windowSystem().alerts().front();
@@ -51,7 +50,7 @@ TEST(PageDialogs, belongToTheWindowOfTheirPage) {
   HovrelPanel& panel = app.showWindow("https://a.example/");
   app.showWindow("https://b.example/");
   std::vector<bool> answers;
-  panel.webView->uiDelegate()->runBeforeUnloadConfirmPanel(*panel.webView,
+  panel.webView->uiDelegate()->runBeforeUnloadConfirmPanel(*panel.webView, panel.webView->url(),
                                                            [&](bool leave) { answers.push_back(leave); });
   panel.close();
   app.settleDown();

@@ -50,6 +50,11 @@ TEST_F(ClosingTest, thePersonMayStayAndIsAskedAgain) {
     close();
     ASSERT_EQ(questions(), 1U);
     EXPECT_TRUE(isOpen()) << "it waits for the answer";
+    EXPECT_EQ(app_.headless.windowSystem().alerts().front().informativeText,
+              "From “a.example”: changes you made may not be saved.");
+    EXPECT_THAT(app_.headless.windowSystem().alerts().front().informativeText,
+                testing::HasSubstr(test::url(kPage).host().value()))
+        << "it names the page that is left, not the empty one that is loading";
     answer("Stay on Page");
     EXPECT_TRUE(isOpen());
     EXPECT_EQ(panel_->webView->url()->absoluteString(), kPage);
@@ -135,6 +140,36 @@ TEST_F(ClosingTest, hangingOrDyingOtherwiseClosesNothing) {
   app_.pageOf(*panel_).crash();
   app_.settleDown();
   EXPECT_TRUE(isOpen());
+}
+
+TEST_F(ClosingTest, oneThatStayedIsNotClosedByWhatItsPageDoesLater) {
+  close();
+  answer("Stay on Page");
+  app_.pageOf(*panel_).setResponsive(false);
+  app_.settleDown();
+  app_.pageOf(*panel_).crash();
+  app_.settleDown();
+  EXPECT_TRUE(isOpen());
+}
+
+TEST(Closing, aConsentIsForOneNavigationAndOneClose) {
+  TestApplication app;
+  OpenWindows windows(app.headless.application());
+  WindowLife life(windows, app.subsystems.services().sessions, app.headless.loop());
+  HovrelPanel panel(app.headless.application(), {{0, 0}, {300, 200}}, style_mask::kTitled);
+  auto container = std::make_unique<View>();
+  WebView& page = container->addSubview(app.headless.webEngine().makeWebView({}, {}));
+  panel.setContentView(std::move(container));
+  panel.setDelegate(life);
+  const auto earlier = page.load({test::url(kPage)});
+  panel.close();
+  EXPECT_FALSE(life.finishPendingClose(page, *earlier));
+  EXPECT_FALSE(life.abandonPendingClose(page, *earlier));
+  EXPECT_FALSE(panel.isClosed());
+  EXPECT_TRUE(life.finishPendingClose(page, {earlier->number + 1}));
+  EXPECT_TRUE(panel.isClosed());
+  // A later window may lie at the same address in memory; its page is asked again.
+  EXPECT_FALSE(life.windowShouldClose(panel));
 }
 
 TEST(Closing, takesTheWindowApartOnce) {

@@ -29,17 +29,22 @@ class Application:
         self._direct = []
 
     def remove(self):
-        processes.kill(processes.of_runtime_directory(self.runtime))
-        for process in self._direct:
-            process.communicate()
-        if self.desktop.is_up():
-            self.wait_until_windows_are_gone()
-        shutil.rmtree(self.home, ignore_errors=True)
+        try:
+            # Again, because one may have started another in the meantime.
+            while running := processes.of_runtime_directory(self.runtime):
+                processes.kill(running)
+            for process in self._direct:
+                process.communicate()
+            if self.desktop.is_up():
+                self.wait_until_windows_are_gone()
+        finally:
+            shutil.rmtree(self.home, ignore_errors=True)
 
     def run(self, *command, **environment):
         """Runs one of the programs to its end, perhaps with other values in its environment (None: none)."""
         program, *arguments = command
-        variables = {name: value for name, value in (self.environment | environment).items() if value is not None}
+        variables = self.environment | environment
+        variables = {name: value for name, value in variables.items() if value is not None}
         return subprocess.run([PROGRAMS / program, *arguments], env=variables, timeout=60, cwd=self.home,
                               stdin=subprocess.DEVNULL, capture_output=True, text=True)
 
@@ -111,4 +116,5 @@ class Application:
 
 def launch_url(page, scheme="velto", **keys):
     """The URL that asks for that page."""
-    return f"{scheme}://open?url={quote(page, safe='')}" + "".join(f"&{key}={value}" for key, value in keys.items())
+    items = "".join(f"&{key}={value}" for key, value in keys.items())
+    return f"{scheme}://open?url={quote(page, safe='')}{items}"

@@ -16,7 +16,7 @@ TWO_DISPLAYS = Path(__file__).with_name("two-displays.conf")
 
 
 class Desktop:
-    """One X server. `screen` looks at it, `input` is its pointer and keyboard."""
+    """One X server and its folder. `screen` looks at it, `input` is its pointer and keyboard."""
 
     def __init__(self, server, manager=True):
         self.folder = Path(tempfile.mkdtemp(prefix="velto-desktop-"))
@@ -95,7 +95,7 @@ class Desktop:
 
     def _start(self, command, **options):
         self.clients.append(subprocess.Popen(
-            command, stdin=subprocess.DEVNULL, stdout=self.log, stderr=self.log, **options))
+            command, cwd=self.folder, stdin=subprocess.DEVNULL, stdout=self.log, stderr=self.log, **options))
 
     def _said(self):
         return (self.folder / "log").read_text(errors="replace")[-2000:]
@@ -118,10 +118,8 @@ class TwoDisplays(Desktop):
     def __init__(self):
         installed = "/usr/lib/xorg/Xorg"
         program = installed if os.access(installed, os.X_OK) else "Xorg"
-        log = tempfile.NamedTemporaryFile(prefix="velto-xorg-", suffix=".log")
-        with log:
-            super().__init__([program, "-config", str(TWO_DISPLAYS), "-logfile", log.name, "-noreset", "-novtswitch",
-                              "-sharevts", "-nolisten", "tcp"])
+        super().__init__([program, "-config", str(TWO_DISPLAYS), "-logfile", "xorg.log", "-noreset",
+                          "-novtswitch", "-sharevts", "-nolisten", "tcp"])
         for output, (mode, timing) in self.MODES.items():
             self.xrandr("--newmode", mode, *timing.split())
             self.xrandr("--addmode", output, mode)

@@ -42,7 +42,7 @@ class Neighbour(Window):
 
 
 class Dock(Neighbour):
-    """A panel along the upper edge, which takes its height away from the visible area; and at the left one a width."""
+    """A panel along the upper edge, which takes its height and some room at the left away from windows."""
 
     def __init__(self, desktop, top=32, left=0):
         self.top, self.left = top, left

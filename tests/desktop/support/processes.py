@@ -1,4 +1,4 @@
-"""Processes as /proc shows them. Those of one home are known by the runtime directory in their environment."""
+"""Processes as /proc shows them. Those of one home have its runtime directory in their environment."""
 
 import os
 import signal

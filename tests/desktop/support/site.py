@@ -31,7 +31,7 @@ class Site:
         return f"http://127.0.0.1:{self.port}{path}"
 
     def page(self, path, colour, body="", headers=(), gate=None):
-        """Puts a page of one colour there and returns its URL. With a gate (an Event) it answers when that is set."""
+        """Puts a page of one colour there and returns its URL. It comes when the gate (an Event) is set."""
         html = PLAIN.format(title=path.strip("/"), colour=colour, body=body)
         self._pages[path] = (html.encode(), dict(headers), gate)
         return self.url(path)
@@ -41,7 +41,8 @@ class Site:
 
     def wait_for(self, path, times=1):
         """Returns the query of the request for that path, as {name: value}."""
-        wait_until(lambda: self.count(path) >= times, lambda: f"request {times} for {path}, after {self.requests}")
+        wait_until(lambda: self.count(path) >= times,
+                   lambda: f"request {times} for {path}, after {[asked for asked, _ in self.requests]}")
         asked = [asked for asked, _ in self.requests if urlsplit(asked).path == path][times - 1]
         return {name: values[0] for name, values in parse_qs(urlsplit(asked).query).items()}
 

@@ -32,7 +32,7 @@ class Screen:
         return [Window(self, found) for found, owner in self._ours() if owner is None]
 
     def dialogs_of(self, window):
-        return [Window(self, found) for found, owner in self._ours() if owner is not None and owner.id == window.id]
+        return [Window(self, found) for found, owner in self._ours() if owner and owner.id == window.id]
 
     def is_above(self, upper, lower):
         order = [child.id for child in self.root.query_tree().children]
@@ -78,7 +78,8 @@ class Screen:
         for found in self._clients():
             try:
                 name, now = found.get_wm_class(), found.get_attributes()
-                if name and name[0] == PROGRAM and now.map_state == X.IsViewable and not now.override_redirect:
+                shown = now.map_state == X.IsViewable and not now.override_redirect
+                if shown and name and name[0] == PROGRAM:
                     yield found, found.get_wm_transient_for()
             except error.XError:
                 continue  # it went away in between
@@ -181,7 +182,7 @@ class Window:
         wait_until(lambda: self.shows(colour), lambda: f"{self} shows {colour}")
 
     def wait_for_frame(self, *expected):
-        wait_until(lambda: self.frame() == expected, lambda: f"frame {expected}, not {tuple(self.frame())}", 5)
+        wait_until(lambda: self.frame() == expected, lambda: f"{self} has the frame {expected}", 5)
 
     def picture(self):
         return self.screen.picture(self.frame())

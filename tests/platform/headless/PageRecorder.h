@@ -27,7 +27,8 @@ class PageRecorder final : public NavigationDelegate, public UIDelegate {
   void webContentResponsivenessChanged(WebView&, bool responsive) override {
     log.emplace_back(responsive ? "responsive" : "not responsive");
   }
-  void runBeforeUnloadConfirmPanel(WebView&, std::function<void(bool)> completion) override {
+  void runBeforeUnloadConfirmPanel(WebView&, const std::optional<Url>&,
+                                   std::function<void(bool)> completion) override {
     log.emplace_back("asked");
     questions.push_back(std::move(completion));
   }
