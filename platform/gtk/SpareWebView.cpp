@@ -19,7 +19,7 @@ SpareWebView::SpareWebView(MainQueue& queue, std::function<GObjectPtr<WebKitWebV
 
 SpareWebView::~SpareWebView() {
   wakeUp_.cancel();
-  discard();
+  if (const auto view = release()) gtk_widget_destroy(GTK_WIDGET(view.get()));
 }
 
 void SpareWebView::prepareAfter(double seconds) {
@@ -30,14 +30,12 @@ void SpareWebView::prepareAfter(double seconds) {
 }
 
 GObjectPtr<WebKitWebView> SpareWebView::take() {
-  if (!ready_) return nullptr;
+  if (!view_ || webkit_web_view_is_loading(view_.get()) != FALSE) return nullptr;
   return release();
 }
 
-/// Takes the view out of everything that was put around it.
+/// Out of everything that was put around it.
 GObjectPtr<WebKitWebView> SpareWebView::release() {
-  ready_ = false;
-  loaded_.disconnect();
   terminated_.disconnect();
   if (auto offscreen = std::exchange(offscreen_, nullptr)) {
     gtk_container_remove(GTK_CONTAINER(offscreen.get()), GTK_WIDGET(view_.get()));
@@ -47,13 +45,8 @@ GObjectPtr<WebKitWebView> SpareWebView::release() {
   return std::exchange(view_, nullptr);
 }
 
-void SpareWebView::discard() {
-  if (const auto view = release()) gtk_widget_destroy(GTK_WIDGET(view.get()));
-}
-
 void SpareWebView::prepare() {
   view_ = make_();
-  loaded_ = {view_.get(), "load-changed", G_CALLBACK(loadChanged), this};
   terminated_ = {view_.get(), "web-process-terminated", G_CALLBACK(processTerminated), this};
   offscreen_ = GObjectPtr<GtkWidget>::retain(gtk_offscreen_window_new());
   gtk_window_set_default_size(GTK_WINDOW(offscreen_.get()), kWidth, kHeight);
@@ -61,10 +54,6 @@ void SpareWebView::prepare() {
   gtk_widget_show_all(offscreen_.get());
   // A page that comes as a text, not from an address, leaves nothing to go back to.
   webkit_web_view_load_html(view_.get(), "<html></html>", nullptr);
-}
-
-void SpareWebView::loadChanged(WebKitWebView*, WebKitLoadEvent event, gpointer self) {
-  if (event == WEBKIT_LOAD_FINISHED) static_cast<SpareWebView*>(self)->ready_ = true;
 }
 
 void SpareWebView::processTerminated(WebKitWebView*, WebKitWebProcessTerminationReason, gpointer self) {

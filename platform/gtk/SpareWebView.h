@@ -10,11 +10,11 @@
 
 namespace velto {
 
-/// One engine view whose process has started and has painted once, so that the next window need not wait for
-/// it. It has no parent when it is taken, and its history is empty.
+/// One engine view whose process has started and has painted an empty page, so that the next window need not
+/// wait for either. When it is taken it has no parent, and nothing to go back to.
 ///
-/// The painting is what starts the process's graphics; it is done in a window off the screen. The spare is
-/// made while nothing else is going on: some time after the last of the events that this is told of.
+/// The painting is done in a window off the screen. The spare is made while nothing else is going on: some
+/// time after the last of the events that this is told of.
 class SpareWebView {
  public:
   SpareWebView(MainQueue& queue, std::function<GObjectPtr<WebKitWebView>()> make);
@@ -28,18 +28,14 @@ class SpareWebView {
   [[nodiscard]] GObjectPtr<WebKitWebView> take();
 
  private:
+  [[nodiscard]] GObjectPtr<WebKitWebView> release();
   void prepare();
-  GObjectPtr<WebKitWebView> release();
-  void discard();
-  static void loadChanged(WebKitWebView*, WebKitLoadEvent event, gpointer self);
   static void processTerminated(WebKitWebView*, WebKitWebProcessTerminationReason, gpointer self);
 
   MainQueue& queue_;
   std::function<GObjectPtr<WebKitWebView>()> make_;
   GObjectPtr<WebKitWebView> view_;
   GObjectPtr<GtkWidget> offscreen_;
-  bool ready_ = false;
-  SignalConnection loaded_;
   SignalConnection terminated_;
   WorkItem wakeUp_;
 };

@@ -1,6 +1,5 @@
 #include "platform/gtk/TitleWait.h"
 
-#include <memory>
 #include <utility>
 
 #include "platform/gtk/Guard.h"
@@ -19,30 +18,11 @@ void TitleWait::begin(Navigation navigation) {
   navigation_ = navigation;
   const bool isKnown = !textOf(webkit_web_view_get_title(view_)).empty();
   const bool isBlank = textOf(webkit_web_view_get_uri(view_)) == "about:blank";
-  if (isKnown || isBlank) {
-    end();
-  } else {
-    askPage();
-  }
-}
-
-/// Only the page knows whether there is a title to wait for.
-void TitleWait::askPage() {
-  constexpr double kLongestWait = 0.25;
+  if (isKnown || isBlank) return end();
+  // The page cannot be asked whether there is one to wait for: to the engine a script of ours is as good as a
+  // touch by the person, which lets the page object to being left.
+  constexpr double kLongestWait = 0.1;
   deadline_ = queue_.after(kLongestWait, [this] { end(); });
-  webkit_web_view_evaluate_javascript(view_, "document.title === ''", -1, "velto", nullptr, nullptr,
-                                      pageAnswered, new WeakPtr<TitleWait>(*this));
-}
-
-void TitleWait::pageAnswered(GObject* view, GAsyncResult* result, gpointer data) {
-  const std::unique_ptr<WeakPtr<TitleWait>> self(static_cast<WeakPtr<TitleWait>*>(data));
-  GErrorPtr error;
-  const auto untitled = GObjectPtr<JSCValue>::adopt(
-      webkit_web_view_evaluate_javascript_finish(WEBKIT_WEB_VIEW(view), result, error.out()));
-  if (!untitled || jsc_value_to_boolean(untitled.get()) == FALSE) return;
-  guarded([&] {
-    if (*self) (*self)->end();
-  });
 }
 
 void TitleWait::end() {
@@ -55,7 +35,6 @@ void TitleWait::end() {
 }
 
 void TitleWait::cancel() {
-  invalidateWeakReferences();
   deadline_.cancel();
   titleChanged_.disconnect();
   navigation_.reset();

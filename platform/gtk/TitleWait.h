@@ -5,7 +5,6 @@
 
 #include <webkit2/webkit2.h>
 
-#include "platform/foundation/WeakPtr.h"
 #include "platform/gtk/GObject.h"
 #include "platform/loop/MainQueue.h"
 #include "platform/web/WebTypes.h"
@@ -14,14 +13,14 @@ namespace velto {
 
 /// Holds back that a navigation has finished until the engine has told its page's title: a short page is
 /// complete before that.
-class TitleWait final : public Weakable {
+class TitleWait final {
  public:
   TitleWait(MainQueue& queue, WebKitWebView* view, std::function<void(Navigation)> finished);
   TitleWait(const TitleWait&) = delete;
   TitleWait& operator=(const TitleWait&) = delete;
   ~TitleWait() { cancel(); }
 
-  /// Reports at once when the title is known, and in a quarter of a second at the latest.
+  /// Reports at once when the title is known, and in a tenth of a second at the latest.
   void begin(Navigation navigation);
   /// Reports what is held back.
   void end();
@@ -29,9 +28,6 @@ class TitleWait final : public Weakable {
   void cancel();
 
  private:
-  void askPage();
-  static void pageAnswered(GObject* view, GAsyncResult* result, gpointer data);
-
   MainQueue& queue_;
   WebKitWebView* view_;
   std::function<void(Navigation)> finished_;
