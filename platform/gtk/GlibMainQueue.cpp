@@ -100,6 +100,20 @@ void GlibMainQueue::async(Task task) {
   if (ready_.size() == 1) g_source_set_ready_time(readySource_, 0);
 }
 
+void GlibMainQueue::discard() {
+  // What is dropped may queue more on its way out.
+  for (bool any = true; any;) {
+    std::vector<Task> tasks;
+    {
+      const std::lock_guard lock(mutex_);
+      tasks.swap(ready_);
+    }
+    const auto entries = std::exchange(deadlines_->entries, {});
+    deadlines_->arm();
+    any = !tasks.empty() || !entries.empty();
+  }
+}
+
 void GlibMainQueue::runReady() {
   std::vector<Task> tasks;
   {

@@ -76,6 +76,7 @@ GtkPlatform::GtkPlatform(Environment environment, std::vector<std::string> ownSc
 
 GtkPlatform::~GtkPlatform() {
   for (const guint signal : signals_) g_source_remove(signal);
+  queue_.discard();
 }
 
 void GtkPlatform::run() {
