@@ -20,8 +20,8 @@ class GlibMainQueue final : public MainQueue {
   ~GlibMainQueue() override;
 
   void async(Task task) override;
-  /// Drops everything that has not run yet, at the end of the program: it may hold what must go before the rest of the
-  /// platform does.
+  /// Drops everything that has not run yet, at the end of the program: it may hold what must go before the
+  /// rest of the platform does.
   void discard();
   [[nodiscard]] Timer every(double seconds, std::function<void()> work) override;
 
