@@ -1,7 +1,9 @@
+#include <atomic>
 #include <cstdio>
 #include <cstdlib>
 #include <exception>
 #include <memory>
+#include <stdexcept>
 #include <string>
 #include <variant>
 #include <vector>
@@ -49,12 +51,15 @@ int run(const Environment& environment, Readiness& readiness) {
 
   // The server goes first when this ends: its thread posts to the queue.
   const auto server = std::move(std::get<std::unique_ptr<HandoffServer>>(claim));
-  server->serve([&platform](const std::vector<std::string>& arguments) {
+  std::atomic<bool> ended = false;
+  server->serve([&platform, &ended](const std::vector<std::string>& arguments) {
+    if (ended) throw std::runtime_error("The application is ending.");
     platform.mainQueue.async([&platform, arguments] { receive(platform.application, arguments); });
   });
   platform.application.launch();
   readiness.ready();
   gtk.run();
+  ended = true;
   return 0;
 }
 

@@ -37,6 +37,9 @@ void checkXdgRuntimeDir(const char* path, uid_t owner) {
   if (const struct stat status = statusOf(parent, path); status.st_uid != owner) {
     throw HandoffError(name + " belongs to another user (uid " + std::to_string(status.st_uid) +
                        "); run this as that user, or unset the variable");
+  } else if ((status.st_mode & (S_IWGRP | S_IWOTH)) != 0) {
+    throw HandoffError(name + " can be written by other users (mode " + octal(status.st_mode) +
+                       "); close it with: chmod 700 " + path);
   }
 }
 

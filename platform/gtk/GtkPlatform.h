@@ -50,13 +50,14 @@ class GtkPlatform {
   bool stopped_ = false;
   SystemClock clock_;
   GlibMainQueue queue_;
-  ThreadPool pool_;
   PosixFileManager files_;
   UserDefaults defaults_;
   NotificationCenter notifications_;
   GtkWindowSystem windowSystem_;
   Application application_;
   GtkWebEngine webEngine_;
+  /// Ends before everything that its work may hold.
+  ThreadPool pool_;
   Platform platform_;
   std::array<guint, 3> signals_;
 };

@@ -1,5 +1,7 @@
 #include "platform/gtk/GtkWindowPeer.h"
 
+#include <algorithm>
+#include <cmath>
 #include <string>
 #include <utility>
 
@@ -24,12 +26,6 @@ GObjectPtr<GtkWidget> makeToplevel() {
   auto widget = GObjectPtr<GtkWidget>::retain(gtk_window_new(GTK_WINDOW_TOPLEVEL));
   GtkWindow* const window = GTK_WINDOW(widget.get());
   gtk_window_set_decorated(window, FALSE);
-  // Both marks say that the place and the size are the person's, which window managers leave alone.
-  const auto asked = static_cast<GdkWindowHints>(GDK_HINT_USER_POS | GDK_HINT_USER_SIZE | GDK_HINT_MIN_SIZE);
-  GdkGeometry geometry{};
-  geometry.min_width = 1;
-  geometry.min_height = 1;
-  gtk_window_set_geometry_hints(window, nullptr, &geometry, asked);
   return widget;
 }
 
@@ -88,7 +84,18 @@ void GtkWindowPeer::attributesChanged() {
   const bool listed = (wanted.collectionBehavior & collection_behavior::kIgnoresCycle) == 0;
   gtk_window_set_skip_taskbar_hint(toplevel(), listed ? FALSE : TRUE);
   gtk_window_set_skip_pager_hint(toplevel(), listed ? FALSE : TRUE);
+  setGeometryHints();
   setThemeVariant();
+}
+
+void GtkWindowPeer::setGeometryHints() {
+  // Both marks say that the place and the size are the person's, which window managers leave alone.
+  const auto asked = static_cast<GdkWindowHints>(GDK_HINT_USER_POS | GDK_HINT_USER_SIZE | GDK_HINT_MIN_SIZE);
+  const Size least = window_.minSize();
+  GdkGeometry geometry{};
+  geometry.min_width = std::max(1, static_cast<int>(std::lround(least.width)));
+  geometry.min_height = std::max(1, static_cast<int>(std::lround(least.height)));
+  gtk_window_set_geometry_hints(toplevel(), nullptr, &geometry, asked);
 }
 
 void GtkWindowPeer::setThemeVariant() {

@@ -57,6 +57,7 @@ class GtkWindowPeer final : public WindowPeer, private ViewEventSink {
   void pressed(const GdkEventButton& button);
   bool keyPressed(const GdkEventKey& event);
   void realize();
+  void setGeometryHints();
   void setThemeVariant();
   void focusPage();
 

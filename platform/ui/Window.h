@@ -72,7 +72,7 @@ class WindowPeer {
 class Window : public Weakable {
  public:
   /// No side of a window is longer, whatever was asked for: past this a display server runs out of memory.
-  static constexpr double kMaximumSide = 16000;
+  static constexpr double kMaximumSide = 10000;
 
   Window(Application& application, const Rect& frame, unsigned styleMask);
   virtual ~Window();

@@ -93,6 +93,12 @@ def test_page_has_the_whole_window(running, site):
     assert site.wait_for("/size") == {"w": "423", "h": "317"}
 
 
+def test_the_window_manager_holds_the_least_size(running, site):
+    window = running.open(site.page("/page", COLOUR), "--size", "300x200", "--x", "40", "--y", "40")
+    window.handle.configure(width=5, height=5)
+    window.wait_for_frame(40, 40, 25, 25)
+
+
 def test_two_requests_at_once_keep_their_own_places(running, site):
     wanted = {"#a03030": (10, 20, 300, 200), "#30a030": (500, 300, 410, 250)}
     asked = [running.begin("velto", site.page(f"/{colour[1:]}", colour), "--x", str(x), "--y", str(y),

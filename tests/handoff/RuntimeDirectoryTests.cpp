@@ -52,6 +52,16 @@ TEST_F(RuntimeDirectoryTest, openToOthersIsRefused) {
   }
 }
 
+TEST_F(RuntimeDirectoryTest, aXdgRuntimeDirThatOthersMayWriteIsRefused) {
+  ASSERT_EQ(::chmod(root().c_str(), 0722), 0);
+  EXPECT_EQ(refusal(), "XDG_RUNTIME_DIR, " + root().string() +
+                           ", can be written by other users (mode 0722); close it with: chmod 700 " +
+                           root().string());
+  EXPECT_FALSE(std::filesystem::exists(folder()));
+  ASSERT_EQ(::chmod(root().c_str(), 0755), 0);
+  EXPECT_EQ(refusal(), "");
+}
+
 TEST_F(RuntimeDirectoryTest, anythingButAFolderIsRefused) {
   std::filesystem::create_directory_symlink(root(), folder());
   EXPECT_EQ(refusal(), folder().string() + " is a symbolic link; remove it and try again");
