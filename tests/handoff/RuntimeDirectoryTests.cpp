@@ -59,7 +59,7 @@ TEST_F(RuntimeDirectoryTest, aXdgRuntimeDirThatOthersMayWriteIsRefused) {
                            root().string());
   EXPECT_FALSE(std::filesystem::exists(folder()));
   ASSERT_EQ(::chmod(root().c_str(), 0755), 0);
-  EXPECT_EQ(refusal(), "");
+  EXPECT_EQ(refusal(), "opened " + folder().string());
 }
 
 TEST_F(RuntimeDirectoryTest, anythingButAFolderIsRefused) {
