@@ -6,8 +6,6 @@
 #include <cstdint>
 #include <cstdio>
 
-#include "platform/foundation/Text.h"
-
 namespace velto {
 namespace {
 
@@ -68,10 +66,14 @@ std::string format(WallTime time, const char* pattern) {
   return {buffer.data(), static_cast<std::size_t>(length)};
 }
 
-/// The number that the digits spell, -1 when there is anything else.
+/// The number that these few digits spell, -1 when there is anything else.
 std::int64_t digits(std::string_view text) {
-  const bool onlyDigits = text.find_first_not_of("0123456789") == std::string_view::npos;
-  return onlyDigits ? parseInteger(text).value_or(-1) : -1;
+  std::int64_t number = 0;
+  for (const char c : text) {
+    if (c < '0' || c > '9') return -1;
+    number = 10 * number + (c - '0');
+  }
+  return number;
 }
 
 std::optional<std::int64_t> offsetSeconds(std::string_view zone) {

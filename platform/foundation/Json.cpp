@@ -2,12 +2,10 @@
 
 #include <algorithm>
 
-#include <simdjson.h>
+#include "platform/foundation/JsonElement.h"
 
 namespace velto {
 namespace {
-
-constexpr std::size_t kMaximumDepth = 512;
 
 JsonValue convert(simdjson::dom::element element);
 
@@ -60,13 +58,12 @@ const JsonValue* JsonValue::member(std::string_view name) const {
 }
 
 std::optional<JsonValue> readJson(std::string_view text) {
-  constexpr std::string_view kByteOrderMark = "\ufeff";
-  if (text.starts_with(kByteOrderMark)) text.remove_prefix(kByteOrderMark.size());
-  simdjson::dom::parser parser;
-  if (parser.allocate(text.size(), kMaximumDepth) != simdjson::SUCCESS) return std::nullopt;
-  simdjson::dom::element root;
-  if (parser.parse(text.data(), text.size()).get(root) != simdjson::SUCCESS) return std::nullopt;
-  return convert(root);
+  JsonParser parser;
+  try {
+    return convert(parser.parse(text).dom);
+  } catch (const JsonError&) {
+    return std::nullopt;
+  }
 }
 
 }  // namespace velto

@@ -7,7 +7,7 @@ from pathlib import Path
 
 import pytest
 
-SCRIPT = Path(__file__).resolve().parents[2] / "resources" / "velto"
+RESOURCES = Path(__file__).resolve().parents[2] / "resources"
 SHELLS = {"dash": ["dash"], "bash": ["bash", "--posix"], "busybox": ["busybox", "sh"]}
 
 HAND_OFF = """#!/bin/sh
@@ -24,7 +24,9 @@ class Command:
         self.folder = root / "programs here"
         self.folder.mkdir()
         self.path = self.folder / "velto"
-        shutil.copy(SCRIPT, self.path)
+        shutil.copy(RESOURCES / "velto", self.path)
+        (root / "share").mkdir()
+        (root / "share" / "velto").symlink_to(RESOURCES)
         self.install_hand_off()
 
     def install_hand_off(self, status=0):
@@ -37,9 +39,17 @@ class Command:
 
     def launch(self, program, *arguments, cwd=None, **environment):
         inherited = {name: value for name, value in os.environ.items() if name != "LC_ALL"}
+        inherited["XDG_DATA_HOME"] = str(self.root / "data")
         return subprocess.run(
             [*program, *arguments], cwd=cwd or self.root, env=inherited | environment, capture_output=True,
             stdin=subprocess.DEVNULL, timeout=20)
+
+    def write_index(self, *layouts):
+        """The list that the application keeps; a layout is a tuple of its fields."""
+        index = self.root / "data" / "Velto" / "Layouts" / "index.txt"
+        index.parent.mkdir(parents=True, exist_ok=True)
+        index.write_text("".join("\t".join(layout) + "\n" for layout in layouts), newline="")
+        return index
 
     def handed_over(self):
         """The locale and the arguments of the hand-off, or None when nothing was handed over."""

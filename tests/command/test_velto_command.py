@@ -360,7 +360,7 @@ def test_every_text_tells_the_same_options(velto):
         return set(re.findall(r"--[a-z][a-z-]*", text))
 
     listed = options(velto("--help").stdout.decode())
-    assert len(listed) == 18
+    assert len(listed) == 21
     for shell in ["bash", "zsh"]:
         assert options(velto("completion", shell).stdout.decode()) == listed
     page = re.sub(r"(Fl|Ar) (-[a-z-]+)", r"-\2", (REPOSITORY / "docs" / "velto.1").read_text())
@@ -403,7 +403,7 @@ def test_zsh_completion_parses(velto):
 
 @pytest.mark.skipif(not shutil.which("shellcheck"), reason="no shellcheck here")
 def test_shellcheck(velto):
-    subprocess.run(["shellcheck", "-s", "sh", velto.path], check=True)
+    subprocess.run(["shellcheck", "-s", "sh", velto.path, REPOSITORY / "resources" / "velto-layouts"], check=True)
     completion = velto("completion", "bash").stdout
     subprocess.run(["shellcheck", "-s", "bash", "-"], input=completion, check=True)
 

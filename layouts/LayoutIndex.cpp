@@ -1,0 +1,58 @@
+#include "layouts/LayoutIndex.h"
+
+#include <algorithm>
+#include <cmath>
+#include <map>
+#include <utility>
+
+#include "layouts/LayoutSlug.h"
+#include "platform/foundation/Unicode.h"
+
+namespace velto {
+namespace {
+
+std::string onOneLine(std::string text) {
+  std::replace_if(
+      text.begin(), text.end(), [](char c) { return c == '\t' || c == '\n' || c == '\r'; }, ' ');
+  return text;
+}
+
+std::vector<Layout> sortedByName(std::vector<Layout> layouts) {
+  const LocalizedOrder order;
+  std::vector<std::pair<std::string, std::size_t>> keys;
+  keys.reserve(layouts.size());
+  for (const Layout& layout : layouts) keys.emplace_back(order.sortKey(layout.name), keys.size());
+  std::sort(keys.begin(), keys.end());  // equal names stay in the order in which they came
+  std::vector<Layout> sorted;
+  sorted.reserve(layouts.size());
+  for (const auto& entry : keys) sorted.push_back(std::move(layouts[entry.second]));
+  return sorted;
+}
+
+std::string displayNames(const Layout& layout) {
+  std::string names;
+  for (const LayoutDisplay& display : layout.displays) {
+    if (&display != &layout.displays.front()) names += ", ";
+    names += display.name;
+  }
+  return names;
+}
+
+}  // namespace
+
+std::string layoutIndex(std::vector<Layout> layouts) {
+  layouts = sortedByName(std::move(layouts));
+  const std::map<std::string, std::string> slugs = slugTable(layouts);
+  std::string text;
+  for (const Layout& layout : layouts) {
+    const auto slug = slugs.find(layout.id);
+    text += layout.id + '\t' + onOneLine(layout.name) + '\t';
+    text += slug == slugs.end() ? layoutSlug(layout.name) : slug->second;
+    text += '\t' + std::to_string(layout.windows.size()) + '\t';
+    text += std::to_string(std::llround(layout.updatedAt.secondsSince1970)) + '\t';
+    text += onOneLine(displayNames(layout)) + '\n';
+  }
+  return text;
+}
+
+}  // namespace velto
