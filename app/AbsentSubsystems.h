@@ -1,14 +1,11 @@
 #pragma once
 
-#include <map>
 #include <memory>
 #include <optional>
 #include <string>
 #include <vector>
 
 #include "app/opening/Services.h"
-#include "app/pages/PageContent.h"
-#include "app/windows/WindowFurniture.h"
 
 namespace velto {
 
@@ -20,12 +17,9 @@ class AbsentSubsystems : public Sessions,
                          public SignInHandoff,
                          public SignInSync,
                          public SafariImport,
-                         public Maintenance,
-                         public Toasts,
-                         public WindowFurniture,
-                         public PageContent {
+                         public Maintenance {
  public:
-  [[nodiscard]] Services services() {
+  [[nodiscard]] Services services(Toasts& toasts) {
     return {.sessions = *this,
             .layouts = *this,
             .history = *this,
@@ -33,7 +27,7 @@ class AbsentSubsystems : public Sessions,
             .signInSync = *this,
             .safariImport = *this,
             .maintenance = *this,
-            .toasts = *this};
+            .toasts = toasts};
   }
 
   void scheduleSessionRecording() override {}
@@ -45,8 +39,8 @@ class AbsentSubsystems : public Sessions,
   void handleCommand(const Url&) override {}
 
   void prepare(UserDefaults&) override {}
+  void recordVisit(const Url&, const std::string&) override {}
   void show(const std::optional<std::string>&) override {}
-  void show(const std::string&) override {}
 
   void sweep(WallTime) override {}
   std::optional<std::vector<HttpCookie>> redeem(const std::string&) override { return std::nullopt; }
@@ -58,18 +52,6 @@ class AbsentSubsystems : public Sessions,
   void checkSafariExtension() override {}
   void applyStoredUpdateChoice(UserDefaults&) override {}
   void offerCommandLineTool() override {}
-
-  void addChrome(HovrelPanel&, View&) override {}
-  ControlBarView* addControlBar(HovrelPanel&, View&, UserDefaults&) override { return nullptr; }
-  void addZoomIndicator(View&) override {}
-  void showZoom(View&, double) override {}
-
-  std::shared_ptr<UserContentController> makeUserContentController() override {
-    return std::make_shared<UserContentController>();
-  }
-  std::map<std::string, std::shared_ptr<UrlSchemeHandler>> makeUrlSchemeHandlers() override { return {}; }
-  /// The engine says in the window that it cannot open such an address.
-  void loadPlayer(WebView& webView, const Url& url) override { webView.load({url}); }
 };
 
 }  // namespace velto

@@ -38,12 +38,14 @@ AppDelegate::AppDelegate(const Platform& platform, const Services& services, Win
       windowLife_(windows_, services.sessions, platform.mainQueue),
       pinning_(windows_, services.sessions),
       pageZoom_(windows_, furniture),
-      navigation_(windows_, windowLife_, platform.files, platform.clock,
-                  platform.environment.resourcesDirectory),
-      dialogs_(platform.application),
-      opener_(platform_, windows_, furniture, content, services.sessions, services.toasts,
+      navigation_(platform, windows_, windowLife_, services.history, debugLog_),
+      pageWindows_(windows_, windowLife_, debugLog_, platform.clock, platform.mainQueue),
+      dialogs_(platform.application, windows_, windowLife_, pageWindows_, debugLog_, platform.clock),
+      opener_(platform_, windows_, furniture, content, pageWindows_, services.sessions, services.toasts,
               {windowLife_, navigation_, dialogs_}),
-      launchUrls_(platform_, opener_, services_, pendingLaunch_) {}
+      launchUrls_(platform_, opener_, services_, pendingLaunch_) {
+  pageWindows_.setOpener(opener_);
+}
 
 void AppDelegate::applicationWillFinishLaunching() {
   const bool testMode = platform_.environment.isTestMode();

@@ -12,6 +12,7 @@
 #include "app/pages/PageContent.h"
 #include "app/pages/PageDialogs.h"
 #include "app/pages/PageNavigation.h"
+#include "app/pages/PageWindows.h"
 #include "app/windows/OpenWindows.h"
 #include "app/windows/PageZoom.h"
 #include "app/windows/WindowFurniture.h"
@@ -75,6 +76,7 @@ class AppDelegate : public ApplicationDelegate {
   WindowPinning pinning_;
   PageZoom pageZoom_;
   PageNavigation navigation_;
+  PageWindows pageWindows_;
   PageDialogs dialogs_;
   WindowOpener opener_;
   LaunchUrlHandler launchUrls_;

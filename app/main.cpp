@@ -13,6 +13,9 @@
 
 #include "app/AbsentSubsystems.h"
 #include "app/AppDelegate.h"
+#include "app/pages/StandardPageContent.h"
+#include "app/windows/StandardFurniture.h"
+#include "app/windows/VeltoToast.h"
 #include "handoff/Claim.h"
 #include "handoff/HandoffError.h"
 #include "handoff/Readiness.h"
@@ -46,7 +49,10 @@ int run(const Environment& environment, Readiness& readiness) {
   GtkPlatform gtk(environment, {"velto-player", "velto-history"});
   const Platform& platform = gtk.platform();
   AbsentSubsystems absent;
-  AppDelegate delegate(platform, absent.services(), absent, absent);
+  VeltoToast toasts(platform.application, platform.clock, platform.mainQueue);
+  StandardFurniture furniture(platform.clock, platform.mainQueue, platform.application.windowSystem());
+  StandardPageContent content(platform, absent);
+  AppDelegate delegate(platform, absent.services(toasts), furniture, content);
   platform.application.setDelegate(delegate);
 
   // The server goes first when this ends: its thread posts to the queue.

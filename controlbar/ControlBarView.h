@@ -3,6 +3,7 @@
 #include <optional>
 #include <string>
 
+#include "platform/foundation/Url.h"
 #include "platform/ui/Event.h"
 #include "platform/ui/View.h"
 
@@ -15,6 +16,10 @@ class ControlBarView : public View {
 
   /// The page's zoom changed; the bar shows its address accordingly.
   virtual void setPageZoom(double zoom) = 0;
+  /// A page began to load.
+  virtual void loadStarted() = 0;
+  /// The page at this address is there.
+  virtual void setPageAddress(const Url& url) = 0;
   virtual void setPrivate(bool isPrivate) = 0;
   /// Down to the toggle button, or back.
   virtual void setControlsCollapsed(bool collapsed) = 0;

@@ -6,14 +6,15 @@
 #include <vector>
 
 #include "app/windows/SessionRecording.h"
+#include "app/windows/Toasts.h"
+#include "app/windows/WindowOpening.h"
+#include "browsing/VisitRecording.h"
 #include "platform/foundation/Date.h"
 #include "platform/foundation/HttpCookie.h"
 #include "platform/foundation/Url.h"
 #include "platform/foundation/UserDefaults.h"
 
 namespace velto {
-
-class LayoutWindowOpening;
 
 /// A recorded session that was read at start-up and may still be reopened.
 class RecordedSession {
@@ -42,9 +43,8 @@ class Layouts {
 };
 
 /// The pages that were visited.
-class History {
+class History : public VisitRecording {
  public:
-  virtual ~History() = default;
   virtual void prepare(UserDefaults& defaults) = 0;
   virtual void show(const std::optional<std::string>& domain) = 0;
 };
@@ -82,13 +82,6 @@ class Maintenance {
   virtual void checkSafariExtension() = 0;
   virtual void applyStoredUpdateChoice(UserDefaults& defaults) = 0;
   virtual void offerCommandLineTool() = 0;
-};
-
-/// The short message on the screen.
-class Toasts {
- public:
-  virtual ~Toasts() = default;
-  virtual void show(const std::string& text) = 0;
 };
 
 /// The other subsystems, as the launch of the application and its requests call on them.

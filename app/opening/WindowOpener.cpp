@@ -35,12 +35,13 @@ std::string joined(const std::vector<HttpCookie>& cookies) {
 }  // namespace
 
 WindowOpener::WindowOpener(const Platform& platform, OpenWindows& windows, WindowFurniture& furniture,
-                           PageContent& content, SessionRecording& session, Toasts& toasts,
-                           Delegates delegates)
+                           PageContent& content, PageWindows& pageWindows, SessionRecording& session,
+                           Toasts& toasts, Delegates delegates)
     : platform_(platform),
       windows_(windows),
       furniture_(furniture),
       content_(content),
+      pageWindows_(pageWindows),
       session_(session),
       toasts_(toasts),
       delegates_(delegates) {}
@@ -147,7 +148,7 @@ std::unique_ptr<WebView> WindowOpener::makeWebView(const Rect& frame, HovrelPane
                                                    const WindowOptions& options) {
   if (!userAgent_) userAgent_ = userAgent(platform_.files);
   WebViewConfiguration configuration;
-  configuration.userContentController = content_.makeUserContentController();
+  configuration.userContentController = content_.makeUserContentController(pageWindows_);
   configuration.javaScriptCanOpenWindowsAutomatically = true;
   configuration.urlSchemeHandlers = content_.makeUrlSchemeHandlers();
   configuration.mediaPlaybackRequiresUserAction = false;

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <cstdint>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -10,39 +9,13 @@
 #include "app/launch/LaunchRequest.h"
 #include "app/opening/Services.h"
 #include "app/pages/PageContent.h"
+#include "app/pages/PageWindows.h"
 #include "app/windows/OpenWindows.h"
 #include "app/windows/WindowFurniture.h"
+#include "app/windows/WindowOpening.h"
 #include "platform/Platform.h"
 
 namespace velto {
-
-/// How a window opens. Absent sizes and places are left to the defaults.
-struct WindowOptions {
-  std::optional<std::int64_t> width = {};
-  std::optional<std::int64_t> height = {};
-  std::optional<std::int64_t> x = {};
-  std::optional<std::int64_t> y = {};
-  bool hide = false;
-  std::optional<double> zoom = {};
-  bool focusAddress = false;
-  /// The window that the new one steps away from.
-  const Window* referenceWindow = nullptr;
-  std::optional<Screen> targetScreen = {};
-  std::optional<LayoutScroll> scroll = {};
-  bool incognito = false;
-  std::shared_ptr<DataStore> dataStore = {};
-  std::vector<HttpCookie> cookies = {};
-  bool activate = true;
-  bool onTop = false;
-  bool noFocus = false;
-};
-
-/// Whoever needs a window opened without knowing how it is put together.
-class LayoutWindowOpening : public Weakable {
- public:
-  virtual ~LayoutWindowOpening() = default;
-  virtual void openWindow(const Url& url, const WindowOptions& options) = 0;
-};
 
 /// The one place where a window is put together.
 class WindowOpener : public LayoutWindowOpening {
@@ -54,7 +27,8 @@ class WindowOpener : public LayoutWindowOpening {
   };
 
   WindowOpener(const Platform& platform, OpenWindows& windows, WindowFurniture& furniture,
-               PageContent& content, SessionRecording& session, Toasts& toasts, Delegates delegates);
+               PageContent& content, PageWindows& pageWindows, SessionRecording& session, Toasts& toasts,
+               Delegates delegates);
 
   /// Never fails; the new panel is the last of the open windows.
   void openWindow(const Url& url, const WindowOptions& options) override;
@@ -85,6 +59,7 @@ class WindowOpener : public LayoutWindowOpening {
   OpenWindows& windows_;
   WindowFurniture& furniture_;
   PageContent& content_;
+  PageWindows& pageWindows_;
   SessionRecording& session_;
   Toasts& toasts_;
   Delegates delegates_;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <filesystem>
 #include <optional>
 #include <string_view>
@@ -17,13 +18,15 @@ class DebugLog {
 
   /// Replaces the file by its first line.
   void begin();
-  /// Adds "<date>: [Nav] <message>".
+  /// Adds "<date>: [Nav] <message>" as one line: control characters become blanks, and an endless message is
+  /// cut. A run that has logged very much logs no more.
   void log(std::string_view message);
 
  private:
   FileManager& files_;
   const Clock& clock_;
   std::optional<std::filesystem::path> file_;
+  std::size_t written_ = 0;
 };
 
 }  // namespace velto

@@ -4,7 +4,7 @@
 #include <memory>
 #include <string>
 
-#include "app/windows/HovrelPanel.h"
+#include "app/pages/PageWindows.h"
 #include "platform/web/WebView.h"
 
 namespace velto {
@@ -14,7 +14,8 @@ namespace velto {
 class PageContent {
  public:
   virtual ~PageContent() = default;
-  virtual std::shared_ptr<UserContentController> makeUserContentController() = 0;
+  /// `pageWindows` opens what pages ask for by message.
+  virtual std::shared_ptr<UserContentController> makeUserContentController(PageWindows& pageWindows) = 0;
   virtual std::map<std::string, std::shared_ptr<UrlSchemeHandler>> makeUrlSchemeHandlers() = 0;
   virtual void loadPlayer(WebView& webView, const Url& url) = 0;
 };

@@ -4,7 +4,9 @@
 #include <optional>
 #include <string>
 
+#include "app/windows/DialogLimit.h"
 #include "app/windows/LayoutScroll.h"
+#include "app/windows/PopupLimit.h"
 #include "controlbar/ControlBarView.h"
 #include "platform/ui/Window.h"
 #include "platform/web/WebView.h"
@@ -13,8 +15,11 @@ namespace velto {
 
 /// How far the search for a server on this machine's loopback addresses has come.
 struct LoopbackAttempt {
+  /// The address that was asked for.
   Url original;
   std::size_t tried = 0;
+  /// The load that tries the last candidate. Any other one that begins is not part of the search.
+  std::optional<Navigation> navigation = {};
 };
 
 /// The floating window of one page: a borderless panel with a web view and what lies over it. The members are
@@ -28,6 +33,8 @@ class HovrelPanel : public Panel {
 
   WeakPtr<ControlBarView> controlBarView;
   WeakPtr<WebView> webView;
+  /// The load that began last.
+  std::optional<Navigation> currentNavigation;
   std::optional<LoopbackAttempt> loopbackAttempt;
   /// What the page reported last.
   std::optional<LayoutScroll> lastKnownScroll;
@@ -43,6 +50,9 @@ class HovrelPanel : public Panel {
   std::optional<Navigation> failurePageNavigation;
   /// When the process of its page died last.
   std::optional<Uptime> lastProcessDeath;
+  /// What its page may still ask for.
+  DialogLimit dialogLimit;
+  PopupLimit popupLimit;
   /// For the address field, once the window is active.
   std::optional<std::string> pendingInitialAddress;
 

@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "platform/ui/Application.h"
+#include "platform/ui/Drawing.h"
 
 namespace velto {
 
@@ -17,16 +18,6 @@ constexpr double kFrameInterval = 1.0 / 60;
 double easedRange(double phase, double start, double end) {
   const double t = std::clamp((phase - start) / (end - start), 0.0, 1.0);
   return t * t * (3 - 2 * t);
-}
-
-void roundedRectangle(const Cairo::RefPtr<Cairo::Context>& context, const Rect& r, double radius) {
-  constexpr double kQuarter = std::numbers::pi / 2;
-  context->begin_new_sub_path();
-  context->arc(r.maxX() - radius, r.minY() + radius, radius, -kQuarter, 0);
-  context->arc(r.maxX() - radius, r.maxY() - radius, radius, 0, kQuarter);
-  context->arc(r.minX() + radius, r.maxY() - radius, radius, kQuarter, 2 * kQuarter);
-  context->arc(r.minX() + radius, r.minY() + radius, radius, 2 * kQuarter, 3 * kQuarter);
-  context->close_path();
 }
 
 }  // namespace

@@ -6,6 +6,8 @@ namespace velto {
 
 namespace {
 
+constexpr int kMostRefusedDialogs = 10;
+
 WebView* webViewOf(const Window& window) {
   return window.contentView() != nullptr ? firstSubview<WebView>(*window.contentView()) : nullptr;
 }
@@ -27,6 +29,7 @@ bool WindowLife::windowShouldClose(Window& window) {
   const auto navigation = webView->load({*blank});
   if (!navigation) return true;
   pendingCloseNav_[webView] = {window, *navigation};
+  if (closingBegan_) closingBegan_(*webView);
   return false;
 }
 
@@ -49,6 +52,19 @@ bool WindowLife::abandonPendingClose(WebView& webView, Navigation navigation) {
 bool WindowLife::pageStoppedAnswering(WebView& webView) {
   const auto pending = pendingCloseNav_.find(&webView);
   return pending != pendingCloseNav_.end() && finishPendingClose(webView, pending->second.navigation);
+}
+
+bool WindowLife::refusesDialog(WebView& webView) {
+  const auto pending = pendingCloseNav_.find(&webView);
+  if (pending == pendingCloseNav_.end()) return false;
+  if (++pending->second.refusedDialogs == kMostRefusedDialogs) {
+    // Not at once: the page is in the middle of its question.
+    mainQueue_.async([self = WeakPtr<WindowLife>(*this), page = WeakPtr<WebView>(webView),
+                      navigation = pending->second.navigation] {
+      if (self && page) self->finishPendingClose(*page, navigation);
+    });
+  }
+  return true;
 }
 
 void WindowLife::confirmClose(const WeakPtr<Window>& window) {

@@ -1,7 +1,9 @@
 #pragma once
 
+#include <functional>
 #include <map>
 #include <set>
+#include <utility>
 
 #include "app/windows/OpenWindows.h"
 #include "app/windows/SessionRecording.h"
@@ -17,6 +19,12 @@ namespace velto {
 class WindowLife : public WindowDelegate {
  public:
   WindowLife(OpenWindows& windows, SessionRecording& session, MainQueue& mainQueue);
+
+  /// Called each time a page is asked whether its window may close, so that nothing that the page has open
+  /// stands in the way.
+  void setClosingObserver(std::function<void(WebView&)> observer) { closingBegan_ = std::move(observer); }
+  /// The window of this page is to close and waits for the page.
+  [[nodiscard]] bool isClosing(const WebView& webView) const { return pendingCloseNav_.contains(&webView); }
 
   /// Closes the key window, whichever it is.
   static void closeWindow(const Application& application);
@@ -37,16 +45,22 @@ class WindowLife : public WindowDelegate {
   bool pageStoppedAnswering(WebView& webView);
   /// @}
 
+  /// The page wants to show a dialog. True when its window is closing: the person has no more to say to it. A
+  /// page that goes on wanting does not answer.
+  bool refusesDialog(WebView& webView);
+
  private:
   struct PendingClose {
     WeakPtr<Window> window;
     Navigation navigation;
+    int refusedDialogs = 0;
   };
   void confirmClose(const WeakPtr<Window>& window);
 
   OpenWindows& windows_;
   SessionRecording& session_;
   MainQueue& mainQueue_;
+  std::function<void(WebView&)> closingBegan_;
   std::set<const Window*> confirmedCloseWindows_;
   std::map<const WebView*, PendingClose> pendingCloseNav_;
 };

@@ -1,19 +1,25 @@
 #include "platform/gtk/FrameKeeper.h"
 
+#include <utility>
+
 namespace velto {
 
 namespace {
 
 /// Longer than a window manager takes to answer.
 constexpr double kSettleTime = 0.4;
+/// Nobody sees more places than one for each picture.
+constexpr double kFrameTime = 1.0 / 60;
 
 }  // namespace
 
 FrameKeeper::FrameKeeper(GtkWindow* toplevel, Window& window, const GtkScreens& screens, MainQueue& queue)
     : toplevel_(toplevel), window_(window), screens_(screens), queue_(queue) {}
 
+bool FrameKeeper::isMapped() const { return gtk_widget_get_mapped(GTK_WIDGET(toplevel_)) != FALSE; }
+
 bool FrameKeeper::isShown() const {
-  if (gtk_widget_get_mapped(GTK_WIDGET(toplevel_)) == FALSE) return false;
+  if (!isMapped()) return false;
   const auto state = gdk_window_get_state(gtk_widget_get_window(GTK_WIDGET(toplevel_)));
   return (state & (GDK_WINDOW_STATE_ICONIFIED | GDK_WINDOW_STATE_WITHDRAWN)) == 0;
 }
@@ -32,9 +38,17 @@ void FrameKeeper::move() {
 }
 
 void FrameKeeper::request() {
-  if (gtk_widget_get_mapped(GTK_WIDGET(toplevel_)) == FALSE) return;
-  move();
+  if (!isMapped()) return;
   settleLater();
+  isBehind_ = pacing_.isPending();
+  if (!isBehind_) movePaced();
+}
+
+void FrameKeeper::movePaced() {
+  move();
+  pacing_ = queue_.after(kFrameTime, [this] {
+    if (std::exchange(isBehind_, false) && isMapped()) movePaced();
+  });
 }
 
 void FrameKeeper::willShow() {

@@ -14,13 +14,17 @@ namespace velto {
 /// The window manager answers late, may answer each of many quick requests, and may decide otherwise. So what
 /// it reports while requests are on their way is not looked at; when they have come to rest, the real place
 /// is asked for. A window that was just put on the screen is corrected once; after that the real place is the
-/// truth.
+/// truth. However often the frame changes, one request is sent for each picture of the screen: the first at
+/// once, the last for certain.
 class FrameKeeper {
  public:
   FrameKeeper(GtkWindow* toplevel, Window& window, const GtkScreens& screens, MainQueue& queue);
   FrameKeeper(const FrameKeeper&) = delete;
   FrameKeeper& operator=(const FrameKeeper&) = delete;
-  ~FrameKeeper() { settling_.cancel(); }
+  ~FrameKeeper() {
+    settling_.cancel();
+    pacing_.cancel();
+  }
 
   /// The window's frame changed.
   void request();
@@ -34,10 +38,12 @@ class FrameKeeper {
   void screensChanged() { takeReal(); }
 
  private:
+  [[nodiscard]] bool isMapped() const;
   [[nodiscard]] bool isShown() const;
   [[nodiscard]] XRect wanted() const { return screens_.geometry().toX(window_.frame()); }
   [[nodiscard]] XRect real() const;
   void move();
+  void movePaced();
   void settleLater();
   void settle();
   bool correctOnce();
@@ -48,6 +54,10 @@ class FrameKeeper {
   const GtkScreens& screens_;
   MainQueue& queue_;
   WorkItem settling_;
+  /// Pending while the next request must wait.
+  WorkItem pacing_;
+  /// The frame changed after the last request.
+  bool isBehind_ = false;
   bool mayCorrect_ = false;
 };
 

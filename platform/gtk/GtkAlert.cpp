@@ -3,9 +3,7 @@
 #include <algorithm>
 #include <utility>
 
-#include <gdk/gdkx.h>
-
-#include "platform/gtk/Guard.h"
+#include "platform/gtk/GObject.h"
 
 namespace velto {
 
@@ -14,10 +12,9 @@ namespace {
 constexpr glong kMostCharacters = 2000;
 constexpr int kMostLines = 25;
 
-GtkWidget* makeDialog(const Alert& alert, GtkWindow* parent) {
+GtkWidget* makeDialog(const Alert& alert) {
   const GtkMessageType type = alert.style == Alert::Style::warning ? GTK_MESSAGE_WARNING : GTK_MESSAGE_INFO;
-  const auto flags = static_cast<GtkDialogFlags>(parent != nullptr ? GTK_DIALOG_MODAL : 0);
-  GtkWidget* const dialog = gtk_message_dialog_new(parent, flags, type, GTK_BUTTONS_NONE, "%s",
+  GtkWidget* const dialog = gtk_message_dialog_new(nullptr, GtkDialogFlags{}, type, GTK_BUTTONS_NONE, "%s",
                                                    textForAlert(alert.messageText).c_str());
   if (!alert.informativeText.empty()) {
     gtk_message_dialog_format_secondary_text(GTK_MESSAGE_DIALOG(dialog), "%s",
@@ -44,30 +41,12 @@ std::string textForAlert(std::string_view text) {
   return std::string(valid.get(), end) + (cut ? "…" : "");
 }
 
-GtkAlert::GtkAlert(const Alert& alert, GtkWindow* parent, bool keepAbove, bool mayTakeFocus,
-                   AlertCompletion answered)
-    : dialog_(GObjectPtr<GtkWidget>::retain(makeDialog(alert, parent))),
-      buttonCount_(alert.buttons.size()),
-      answered_(std::move(answered)),
-      response_(dialog_.get(), "response", G_CALLBACK(onResponse), this) {
-  GtkWindow* const window = GTK_WINDOW(dialog_.get());
+GtkAlert::GtkAlert(const Alert& alert, const Place& place, AlertCompletion answered)
+    : GtkSheet(makeDialog(alert), place), buttonCount_(alert.buttons.size()), answered_(std::move(answered)) {
+  gtk_window_set_title(GTK_WINDOW(widget()), g_get_application_name());
   addTextField(alert);
   addButtons(alert);
-  gtk_window_set_title(window, g_get_application_name());
-  gtk_window_set_position(window, parent != nullptr ? GTK_WIN_POS_CENTER_ON_PARENT : GTK_WIN_POS_CENTER);
-  gtk_window_set_keep_above(window, keepAbove ? TRUE : FALSE);
-  gtk_window_set_focus_on_map(window, mayTakeFocus ? TRUE : FALSE);
-  if (mayTakeFocus) {
-    gtk_widget_realize(dialog_.get());
-    GdkWindow* const gdk = gtk_widget_get_window(dialog_.get());
-    gdk_x11_window_set_user_time(gdk, gdk_x11_get_server_time(gdk));
-  }
-  gtk_widget_show(dialog_.get());
-}
-
-GtkAlert::~GtkAlert() {
-  response_.disconnect();
-  gtk_widget_destroy(dialog_.get());
+  present();
 }
 
 void GtkAlert::addTextField(const Alert& alert) {
@@ -77,38 +56,29 @@ void GtkAlert::addTextField(const Alert& alert) {
       g_utf8_make_valid(alert.textField->c_str(), static_cast<gssize>(alert.textField->size())));
   gtk_entry_set_text(GTK_ENTRY(entry_), text.get());
   gtk_entry_set_activates_default(GTK_ENTRY(entry_), TRUE);
-  GtkWidget* const area = gtk_message_dialog_get_message_area(GTK_MESSAGE_DIALOG(dialog_.get()));
+  GtkWidget* const area = gtk_message_dialog_get_message_area(GTK_MESSAGE_DIALOG(widget()));
   gtk_container_add(GTK_CONTAINER(area), entry_);
   gtk_widget_show(entry_);
 }
 
 void GtkAlert::addButtons(const Alert& alert) {
-  GtkDialog* const dialog = GTK_DIALOG(dialog_.get());
   for (std::size_t i = 0; i < alert.buttons.size(); ++i) {
-    gtk_dialog_add_button(dialog, alert.buttons[i].c_str(), static_cast<int>(i));
+    gtk_dialog_add_button(dialog(), alert.buttons[i].c_str(), static_cast<int>(i));
   }
-  gtk_dialog_set_default_response(dialog, 0);
-  GtkWidget* const first = gtk_dialog_get_widget_for_response(dialog, 0);
+  gtk_dialog_set_default_response(dialog(), 0);
+  GtkWidget* const first = gtk_dialog_get_widget_for_response(dialog(), 0);
   if (GtkWidget* const focus = entry_ != nullptr ? entry_ : first) gtk_widget_grab_focus(focus);
 }
 
-void GtkAlert::onResponse(GtkDialog*, int response, gpointer self) {
-  auto* const alert = static_cast<GtkAlert*>(self);
-  // Escape and the window's close button come as a negative response.
-  guarded([&] {
-    if (response < 0) {
-      alert->dismiss();
-    } else {
-      alert->answer(static_cast<std::size_t>(response));
-    }
-  });
+void GtkAlert::responded(int response) {
+  if (response < 0) return dismiss();
+  answer(static_cast<std::size_t>(response));
 }
 
 void GtkAlert::dismiss() { answer(buttonCount_ == 0 ? 0 : buttonCount_ - 1); }
 
 bool GtkAlert::click(std::size_t button) {
-  GtkWidget* const widget =
-      gtk_dialog_get_widget_for_response(GTK_DIALOG(dialog_.get()), static_cast<int>(button));
+  GtkWidget* const widget = gtk_dialog_get_widget_for_response(dialog(), static_cast<int>(button));
   if (widget == nullptr) return false;
   gtk_button_clicked(GTK_BUTTON(widget));
   return true;
@@ -121,7 +91,7 @@ void GtkAlert::type(const std::string& text) {
 void GtkAlert::answer(std::size_t button) {
   const AlertCompletion answered = std::exchange(answered_, nullptr);
   if (!answered) return;
-  gtk_widget_hide(dialog_.get());
+  hide();
   answered({button, entry_ != nullptr ? textOf(gtk_entry_get_text(GTK_ENTRY(entry_))) : std::string()});
 }
 

@@ -34,6 +34,8 @@ void tellEngineWhatIsMissing(const Environment& environment) {
   std::error_code none;
   if (!runtime || !std::filesystem::exists(*runtime + "/bus", none)) {
     setenv("DBUS_SESSION_BUS_ADDRESS", "disabled:", kKeep);
+    // The file chooser keeps its own settings, by way of the bus.
+    setenv("GSETTINGS_BACKEND", "memory", kKeep);
   }
   // Pages are painted by the processor then; 3D transforms and WebGL go on to work.
   if (!hasRenderNode()) setenv("WEBKIT_SKIA_ENABLE_CPU_RENDERING", "1", kKeep);

@@ -32,6 +32,14 @@ const char* cssName(Cursor cursor) {
   return "default";
 }
 
+/// Null for the arrow. What the desktop's theme lacks becomes a crosshair.
+GObjectPtr<GdkCursor> makeCursor(GdkDisplay* display, Cursor cursor) {
+  if (cursor == Cursor::arrow) return nullptr;
+  GdkCursor* const themed = gdk_cursor_new_from_name(display, cssName(cursor));
+  return GObjectPtr<GdkCursor>::adopt(themed != nullptr ? themed
+                                                        : gdk_cursor_new_for_display(display, GDK_CROSSHAIR));
+}
+
 /// Rounds the edges, not the lengths, so that views that touch still touch.
 GtkAllocation allocationOf(const Rect& frame, double superviewHeight) {
   const auto edge = [](double value) {
@@ -76,10 +84,9 @@ GtkWidget* GtkViewPeer::widgetOf(const View& view) {
 
 void GtkViewPeer::watchNativeWidget() {
   GtkWidget* const widget = widget_.get();
-  gtk_widget_add_events(widget, GDK_POINTER_MOTION_MASK | GDK_ENTER_NOTIFY_MASK | GDK_LEAVE_NOTIFY_MASK);
+  gtk_widget_add_events(widget, GDK_POINTER_MOTION_MASK | GDK_ENTER_NOTIFY_MASK);
   connections_ = {SignalConnection(widget, "motion-notify-event", G_CALLBACK(onNativeEvent), this),
                   SignalConnection(widget, "enter-notify-event", G_CALLBACK(onNativeEvent), this),
-                  SignalConnection(widget, "leave-notify-event", G_CALLBACK(onNativeEvent), this),
                   SignalConnection(widget, "button-press-event", G_CALLBACK(onNativePress), this)};
 }
 
@@ -129,11 +136,7 @@ void GtkViewPeer::widgetRealized() {
   gdk_window_set_pass_through(window, view_.passesPointerThrough() ? TRUE : FALSE);
   // A native widget chooses its cursor itself; the arrow is what all others get from the window.
   if (native_) return;
-  const bool inherits = view_.cursor() == Cursor::arrow;
-  GdkDisplay* const display = gdk_window_get_display(window);
-  const auto cursor = GObjectPtr<GdkCursor>::adopt(
-      inherits ? nullptr : gdk_cursor_new_from_name(display, cssName(view_.cursor())));
-  gdk_window_set_cursor(window, cursor.get());
+  gdk_window_set_cursor(window, makeCursor(gdk_window_get_display(window), view_.cursor()).get());
 }
 
 void GtkViewPeer::needsDisplay() { gtk_widget_queue_draw(widget_.get()); }

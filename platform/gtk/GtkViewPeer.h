@@ -53,7 +53,7 @@ class GtkViewPeer final : public ViewPeer, private ViewWidgetOwner {
   ViewEventSink& sink_;
   bool native_ = false;
   GObjectPtr<GtkWidget> widget_;
-  std::array<SignalConnection, 4> connections_;
+  std::array<SignalConnection, 3> connections_;
 };
 
 }  // namespace velto

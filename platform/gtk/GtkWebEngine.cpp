@@ -21,6 +21,7 @@ GtkWebEngine::GtkWebEngine(MainQueue& queue, const Environment& environment,
     : queue_(queue),
       environment_(environment),
       ownSchemes_(std::move(ownSchemes)),
+      mainFrameScripts_(MainFrameProof::Scripts::read(environment.resourcesDirectory)),
       spare_(queue, [this] { return defaultStore()->makeEngineView(); }) {
   spare_.prepareAfter(kRest);
 }

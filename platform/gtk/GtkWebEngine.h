@@ -7,6 +7,7 @@
 
 #include "platform/foundation/Environment.h"
 #include "platform/gtk/GtkDataStore.h"
+#include "platform/gtk/MainFrameProof.h"
 #include "platform/gtk/SpareWebView.h"
 #include "platform/loop/MainQueue.h"
 #include "platform/web/WebView.h"
@@ -32,6 +33,7 @@ class GtkWebEngine final : public WebEngine {
   /// @{
   [[nodiscard]] MainQueue& queue() const { return queue_; }
   [[nodiscard]] Navigation nextNavigation() { return {++lastNavigation_}; }
+  [[nodiscard]] const MainFrameProof::Scripts& mainFrameScripts() const { return mainFrameScripts_; }
   /// A page is complete, or will not be.
   void pageCameToRest();
   /// @}
@@ -42,6 +44,7 @@ class GtkWebEngine final : public WebEngine {
   MainQueue& queue_;
   const Environment& environment_;
   std::vector<std::string> ownSchemes_;
+  MainFrameProof::Scripts mainFrameScripts_;
   /// Made when it is first needed.
   std::shared_ptr<GtkDataStore> defaultStore_;
   std::uint64_t lastNavigation_ = 0;

@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "platform/gtk/GtkWebEngine.h"
 #include "platform/gtk/Guard.h"
 #include "platform/gtk/PageSettings.h"
 #include "platform/gtk/SchemeTask.h"
@@ -51,9 +52,8 @@ GtkWebView::GtkWebView(GtkWebEngine& engine, std::shared_ptr<GtkDataStore> store
       view_(std::move(engineView)),
       configuration_(std::move(configuration)),
       navigations_(engine, *this, view_.get()),
-      scripts_(*this, webkit_web_view_get_user_content_manager(view_.get()),
-               configuration_.userContentController),
-      refusals_(refusePageRequests(view_.get())) {
+      requests_(engine.queue(), *this, view_.get()),
+      scripts_(engine, *this, view_.get(), configuration_.userContentController) {
   g_object_set_data(G_OBJECT(view_.get()), kOwnerKey, this);
   applySettings(view_.get(), configuration_);
   gtk_widget_show(nativeWidget());
@@ -62,7 +62,7 @@ GtkWebView::GtkWebView(GtkWebEngine& engine, std::shared_ptr<GtkDataStore> store
 GtkWebView::~GtkWebView() {
   invalidateWeakReferences();
   navigations_.disconnect();
-  refusals_.clear();
+  requests_.disconnect();
   g_object_set_data(G_OBJECT(view_.get()), kOwnerKey, nullptr);
   // Ends the page, which answers what is still asked of it.
   gtk_widget_destroy(nativeWidget());
@@ -98,6 +98,16 @@ std::optional<Navigation> GtkWebView::loadHtml(std::string_view html, const std:
   return navigation;
 }
 
+std::optional<Navigation> GtkWebView::loadSubstitute(std::string_view html, const Url& address) {
+  const std::string uri = address.absoluteString();
+  const auto navigation = navigations_.request(NavigationTracker::Kind::substitute, uri);
+  navigations_.ask([view = view_, text = std::string(html), uri] {
+    // Without a base a link to the address leads out of the text, also one with a fragment.
+    webkit_web_view_load_alternate_html(view.get(), text.c_str(), uri.c_str(), nullptr);
+  });
+  return navigation;
+}
+
 std::optional<Navigation> GtkWebView::reload() {
   const std::string uri = textOf(webkit_web_view_get_uri(view_.get()));
   if (uri.empty()) return std::nullopt;
@@ -129,9 +139,7 @@ void GtkWebView::stopLoading() {
   webkit_web_view_stop_loading(view_.get());
 }
 
-std::optional<Url> GtkWebView::url() const {
-  return Url::parse(textOf(webkit_web_view_get_uri(view_.get())));
-}
+std::optional<Url> GtkWebView::url() const { return Url::parse(navigations_.uri()); }
 
 std::string GtkWebView::title() const { return textOf(webkit_web_view_get_title(view_.get())); }
 

@@ -2,7 +2,6 @@
 
 #include <memory>
 #include <string>
-#include <vector>
 
 #include <webkit2/webkit2.h>
 
@@ -10,6 +9,7 @@
 #include "platform/gtk/GtkDataStore.h"
 #include "platform/gtk/NativeWidget.h"
 #include "platform/gtk/NavigationReporter.h"
+#include "platform/gtk/PageRequests.h"
 #include "platform/gtk/ScriptBridge.h"
 #include "platform/web/WebView.h"
 
@@ -32,6 +32,7 @@ class GtkWebView final : public WebView, public NativeWidgetView {
 
   std::optional<Navigation> load(const UrlRequest& request) override;
   std::optional<Navigation> loadHtml(std::string_view html, const std::optional<Url>& baseUrl) override;
+  std::optional<Navigation> loadSubstitute(std::string_view html, const Url& address) override;
   std::optional<Navigation> reload() override;
   std::optional<Navigation> goBack() override;
   std::optional<Navigation> goForward() override;
@@ -61,8 +62,8 @@ class GtkWebView final : public WebView, public NativeWidgetView {
   GObjectPtr<WebKitWebView> view_;
   WebViewConfiguration configuration_;
   NavigationReporter navigations_;
+  PageRequests requests_;
   ScriptBridge scripts_;
-  std::vector<SignalConnection> refusals_;
 };
 
 }  // namespace velto

@@ -39,14 +39,17 @@ GtkWindowPeer::GtkWindowPeer(Window& window, GtkWindowSystem& system)
       widget_(makeToplevel()),
       group_(GObjectPtr<GtkWindowGroup>::adopt(gtk_window_group_new())),
       frame_(toplevel(), window, system.gtkScreens(), system.queue()),
-      pointer_(window, system.gtkScreens()) {
+      pointer_(window, system.gtkScreens()),
+      shape_(toplevel(), window) {
   gtk_window_group_add_window(group_.get(), toplevel());
   GtkWidget* const widget = widget_.get();
+  gtk_widget_add_events(widget, GDK_LEAVE_NOTIFY_MASK);
   connections_ = {SignalConnection(widget, "delete-event", G_CALLBACK(onDelete), this),
                   SignalConnection(widget, "configure-event", G_CALLBACK(onConfigure), this),
                   SignalConnection(widget, "map-event", G_CALLBACK(onMap), this),
                   SignalConnection(widget, "focus-in-event", G_CALLBACK(onFocusIn), this),
                   SignalConnection(widget, "focus-out-event", G_CALLBACK(onFocusOut), this),
+                  SignalConnection(widget, "leave-notify-event", G_CALLBACK(onLeave), this),
                   SignalConnection(widget, "window-state-event", G_CALLBACK(onState), this),
                   SignalConnection(widget, "key-press-event", G_CALLBACK(onKeyPress), this)};
   attributesChanged();
@@ -70,22 +73,36 @@ void GtkWindowPeer::contentViewChanged() {
 
 void GtkWindowPeer::attributesChanged() {
   const Window::Attributes& wanted = window_.attributes();
-  gtk_window_set_title(toplevel(), wanted.title.c_str());
-  gtk_widget_set_name(widget_.get(), wanted.identifier.c_str());
-  gtk_window_set_role(toplevel(), wanted.identifier.c_str());
-  atk_object_set_accessible_id(gtk_widget_get_accessible(widget_.get()), wanted.identifier.c_str());
-  gtk_window_set_keep_above(toplevel(), wanted.level >= kFloatingWindowLevel ? TRUE : FALSE);
-  const bool everywhere = (wanted.collectionBehavior & collection_behavior::kCanJoinAllSpaces) != 0;
-  if (everywhere) {
+  // The alpha changes many times a second; the rest need not be said again.
+  const auto changed = [&](auto field) { return !told_ || (*told_).*field != wanted.*field; };
+  using Attributes = Window::Attributes;
+  if (changed(&Attributes::title)) gtk_window_set_title(toplevel(), wanted.title.c_str());
+  if (changed(&Attributes::identifier)) setIdentifier(wanted.identifier);
+  if (changed(&Attributes::level)) {
+    gtk_window_set_keep_above(toplevel(), wanted.level >= kFloatingWindowLevel ? TRUE : FALSE);
+  }
+  if (changed(&Attributes::collectionBehavior)) setBehavior(wanted.collectionBehavior);
+  if (changed(&Attributes::minSize)) setGeometryHints();
+  if (changed(&Attributes::darkAppearance)) setThemeVariant();
+  told_ = wanted;
+  shape_.attributesChanged();
+}
+
+void GtkWindowPeer::setIdentifier(const std::string& identifier) {
+  gtk_widget_set_name(widget_.get(), identifier.c_str());
+  gtk_window_set_role(toplevel(), identifier.c_str());
+  atk_object_set_accessible_id(gtk_widget_get_accessible(widget_.get()), identifier.c_str());
+}
+
+void GtkWindowPeer::setBehavior(unsigned behavior) {
+  if ((behavior & collection_behavior::kCanJoinAllSpaces) != 0) {
     gtk_window_stick(toplevel());
   } else {
     gtk_window_unstick(toplevel());
   }
-  const bool listed = (wanted.collectionBehavior & collection_behavior::kIgnoresCycle) == 0;
+  const bool listed = (behavior & collection_behavior::kIgnoresCycle) == 0;
   gtk_window_set_skip_taskbar_hint(toplevel(), listed ? FALSE : TRUE);
   gtk_window_set_skip_pager_hint(toplevel(), listed ? FALSE : TRUE);
-  setGeometryHints();
-  setThemeVariant();
 }
 
 void GtkWindowPeer::setGeometryHints() {
@@ -115,12 +132,10 @@ void GtkWindowPeer::realize() {
 
 void GtkWindowPeer::order(Order order) {
   if (order == Order::out) {
-    pointer_.forgetPress();
-    gtk_widget_hide(widget_.get());
-    if (window_.isClosed()) system_.windowGone(window_);
-    return;
+    return orderOut();
   }
   realize();
+  shape_.update();
   if (gtk_widget_get_visible(widget_.get()) == FALSE) frame_.willShow();
   if (order == Order::frontAndKey) {
     focusPage();
@@ -129,6 +144,13 @@ void GtkWindowPeer::order(Order order) {
   } else {
     window_manager::showWithoutFocus(toplevel());
   }
+}
+
+void GtkWindowPeer::orderOut() {
+  gtk_widget_hide(widget_.get());
+  if (window_.isClosed()) system_.windowGone(window_);
+  // The last, because those who are told may drop the window.
+  pointer_.leave();
 }
 
 bool GtkWindowPeer::activate() {
@@ -197,8 +219,16 @@ gboolean GtkWindowPeer::onState(GtkWidget*, GdkEvent* event, gpointer self) {
   const GdkEventWindowState& state = event->window_state;
   if ((state.changed_mask & GDK_WINDOW_STATE_ICONIFIED) != 0) {
     const bool iconified = (state.new_window_state & GDK_WINDOW_STATE_ICONIFIED) != 0;
-    static_cast<GtkWindowPeer*>(self)->window_.backendSetMiniaturized(iconified);
+    auto* const peer = static_cast<GtkWindowPeer*>(self);
+    peer->window_.backendSetMiniaturized(iconified);
+    if (iconified) guarded([&] { peer->pointer_.leave(); });
   }
+  return FALSE;
+}
+
+gboolean GtkWindowPeer::onLeave(GtkWidget* widget, GdkEvent* event, gpointer self) {
+  if (event->any.window != gtk_widget_get_window(widget)) return FALSE;
+  guarded([&] { static_cast<GtkWindowPeer*>(self)->pointer_.leave(event->crossing); });
   return FALSE;
 }
 

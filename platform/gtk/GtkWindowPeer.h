@@ -1,6 +1,8 @@
 #pragma once
 
 #include <array>
+#include <optional>
+#include <string>
 
 #include <gtk/gtk.h>
 
@@ -8,6 +10,7 @@
 #include "platform/gtk/GObject.h"
 #include "platform/gtk/GtkViewPeer.h"
 #include "platform/gtk/PointerRouter.h"
+#include "platform/gtk/WindowShape.h"
 #include "platform/ui/Window.h"
 
 namespace velto {
@@ -49,6 +52,7 @@ class GtkWindowPeer final : public WindowPeer, private ViewEventSink {
   static gboolean onMap(GtkWidget*, GdkEvent*, gpointer self);
   static gboolean onFocusIn(GtkWidget*, GdkEvent*, gpointer self);
   static gboolean onFocusOut(GtkWidget*, GdkEvent*, gpointer self);
+  static gboolean onLeave(GtkWidget* widget, GdkEvent* event, gpointer self);
   static gboolean onState(GtkWidget*, GdkEvent* event, gpointer self);
   static gboolean onKeyPress(GtkWidget*, GdkEvent* event, gpointer self);
 
@@ -56,7 +60,10 @@ class GtkWindowPeer final : public WindowPeer, private ViewEventSink {
   void nativeWidgetPressed(const GdkEvent& event) override;
   void pressed(const GdkEventButton& button);
   bool keyPressed(const GdkEventKey& event);
+  void orderOut();
   void realize();
+  void setIdentifier(const std::string& identifier);
+  void setBehavior(unsigned behavior);
   void setGeometryHints();
   void setThemeVariant();
   void focusPage();
@@ -67,9 +74,12 @@ class GtkWindowPeer final : public WindowPeer, private ViewEventSink {
   GObjectPtr<GtkWindowGroup> group_;
   FrameKeeper frame_;
   PointerRouter pointer_;
+  WindowShape shape_;
+  /// What the toplevel was told last.
+  std::optional<Window::Attributes> told_;
   KeyStroke lastKey_;
   WorkItem stateCheck_;
-  std::array<SignalConnection, 7> connections_;
+  std::array<SignalConnection, 8> connections_;
 };
 
 }  // namespace velto

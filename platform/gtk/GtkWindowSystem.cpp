@@ -37,36 +37,42 @@ void GtkWindowSystem::activate() {
   }));
 }
 
-void GtkWindowSystem::showAlert(const Alert& alert, WeakPtr<Window> sheetOn, AlertCompletion completion) {
-  const Window* const window = sheetOn.get();
-  const bool onScreen = window != nullptr && window->isVisible() && !window->isClosed();
-  GtkWindow* const parent = onScreen ? static_cast<GtkWindowPeer*>(window->peer())->toplevel() : nullptr;
-  const bool keepAbove = onScreen && window->level() >= kFloatingWindowLevel;
-  const bool mayTakeFocus = !onScreen || window->isKey() || !window->isNonactivating();
-
-  const auto open = alerts_.insert(alerts_.end(), {nullptr, window});
-  const auto answered = [this, open, done = std::move(completion)](const AlertAnswer& answer) {
-    finishAlert(open, answer, done);
-  };
-  open->alert = std::make_unique<GtkAlert>(alert, parent, keepAbove, mayTakeFocus, answered);
+GtkSheet::Place GtkWindowSystem::placeOf(const Window* window) {
+  if (window == nullptr || !window->isVisible() || window->isClosed()) return {};
+  return {static_cast<GtkWindowPeer*>(window->peer())->toplevel(), window->level() >= kFloatingWindowLevel,
+          window->isKey() || !window->isNonactivating()};
 }
 
-void GtkWindowSystem::finishAlert(std::list<OpenAlert>::iterator open, const AlertAnswer& answer,
-                                  AlertCompletion completion) {
-  // The dialog is in the middle of its own signal, so it goes later.
-  std::shared_ptr<GtkAlert> dialog = std::move(open->alert);
-  alerts_.erase(open);
-  queue_.async([dialog, answer, done = std::move(completion)] {
-    if (done) done(answer);
-  });
+template <class Sheet, class Question, class Answer>
+void GtkWindowSystem::show(const Question& question, const WeakPtr<Window>& sheetOn,
+                           std::function<void(Answer)> completion) {
+  const auto open = sheets_.insert(sheets_.end(), {nullptr, sheetOn.get()});
+  const auto answered = [this, open, done = std::move(completion)](Answer answer) {
+    // The dialog is in the middle of its own signal, so it goes later.
+    std::shared_ptr<GtkSheet> sheet = std::move(open->sheet);
+    sheets_.erase(open);
+    queue_.async([sheet, answer, done] {
+      if (done) done(answer);
+    });
+  };
+  open->sheet = std::make_unique<Sheet>(question, placeOf(sheetOn.get()), answered);
+}
+
+void GtkWindowSystem::showAlert(const Alert& alert, WeakPtr<Window> sheetOn, AlertCompletion completion) {
+  show<GtkAlert>(alert, sheetOn, std::move(completion));
+}
+
+void GtkWindowSystem::showOpenPanel(const OpenPanel& panel, WeakPtr<Window> sheetOn,
+                                    OpenPanelCompletion completion) {
+  show<GtkOpenPanel>(panel, sheetOn, std::move(completion));
 }
 
 void GtkWindowSystem::windowGone(const Window& window) {
-  std::vector<GtkAlert*> over;
-  for (const OpenAlert& open : alerts_) {
-    if (open.window == &window) over.push_back(open.alert.get());
+  std::vector<GtkSheet*> over;
+  for (const OpenSheet& open : sheets_) {
+    if (open.window == &window) over.push_back(open.sheet.get());
   }
-  for (GtkAlert* alert : over) alert->dismiss();
+  for (GtkSheet* sheet : over) sheet->dismiss();
 }
 
 bool GtkWindowSystem::prefersReducedMotion() const {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <list>
 #include <memory>
 #include <vector>
@@ -8,6 +9,7 @@
 
 #include "platform/gtk/FocusTracker.h"
 #include "platform/gtk/GtkAlert.h"
+#include "platform/gtk/GtkOpenPanel.h"
 #include "platform/gtk/GtkScreens.h"
 #include "platform/loop/Clock.h"
 #include "platform/loop/MainQueue.h"
@@ -30,15 +32,17 @@ class GtkWindowSystem final : public WindowSystem {
   [[nodiscard]] std::vector<Screen> screens() const override { return screens_.all(); }
   void activate() override;
   void showAlert(const Alert& alert, WeakPtr<Window> sheetOn, AlertCompletion completion) override;
+  void showOpenPanel(const OpenPanel& panel, WeakPtr<Window> sheetOn,
+                     OpenPanelCompletion completion) override;
   [[nodiscard]] bool prefersReducedMotion() const override;
   void beep() override { gdk_display_beep(display_); }
   void stop() override { stop_(); }
 
-  /// The alert that was shown first of those that wait for an answer, or null. For driving the program from
-  /// within.
-  [[nodiscard]] GtkAlert* oldestAlert() const {
-    return alerts_.empty() ? nullptr : alerts_.front().alert.get();
-  }
+  /// @name What waits for an answer and was shown first, or null. For driving the program from within.
+  /// @{
+  [[nodiscard]] GtkAlert* oldestAlert() const { return oldest<GtkAlert>(); }
+  [[nodiscard]] GtkOpenPanel* oldestOpenPanel() const { return oldest<GtkOpenPanel>(); }
+  /// @}
 
   /// @name For the windows' peers
   /// @{
@@ -48,18 +52,26 @@ class GtkWindowSystem final : public WindowSystem {
   [[nodiscard]] FocusTracker& focus() { return focus_; }
   void peerAdded(GtkWindowPeer& peer) { peers_.push_back(&peer); }
   void peerRemoved(GtkWindowPeer& peer, const Window& window);
-  /// The window was closed: its alerts are answered.
+  /// The window was closed: its alerts and questions for files are answered.
   void windowGone(const Window& window);
   /// @}
 
  private:
-  struct OpenAlert {
-    std::unique_ptr<GtkAlert> alert;
+  struct OpenSheet {
+    std::unique_ptr<GtkSheet> sheet;
     /// For comparing only.
     const Window* window;
   };
-  void finishAlert(std::list<OpenAlert>::iterator open, const AlertAnswer& answer,
-                   AlertCompletion completion);
+  template <class Sheet, class Question, class Answer>
+  void show(const Question& question, const WeakPtr<Window>& sheetOn, std::function<void(Answer)> completion);
+  [[nodiscard]] static GtkSheet::Place placeOf(const Window* window);
+  template <class Sheet>
+  [[nodiscard]] Sheet* oldest() const {
+    for (const OpenSheet& open : sheets_) {
+      if (auto* sheet = dynamic_cast<Sheet*>(open.sheet.get())) return sheet;
+    }
+    return nullptr;
+  }
 
   GdkDisplay* display_;
   const Clock& clock_;
@@ -67,7 +79,7 @@ class GtkWindowSystem final : public WindowSystem {
   std::function<void()> stop_;
   std::vector<GtkWindowPeer*> peers_;
   FocusTracker focus_;
-  std::list<OpenAlert> alerts_;
+  std::list<OpenSheet> sheets_;
   GtkScreens screens_;
 };
 

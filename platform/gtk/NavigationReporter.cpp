@@ -6,8 +6,8 @@
 
 #include "platform/gtk/GtkWebEngine.h"
 #include "platform/gtk/Guard.h"
-#include "platform/gtk/LeaveDialog.h"
 #include "platform/gtk/PageSettings.h"
+#include "platform/gtk/ScriptDialog.h"
 #include "platform/gtk/WebErrors.h"
 
 namespace velto {
@@ -97,6 +97,7 @@ void NavigationReporter::ask(std::function<void()> engineCall) {
     askedLater_ = std::move(engineCall);
   } else {
     engineCall();
+    navigations_.asked();
   }
 }
 
@@ -113,7 +114,7 @@ void NavigationReporter::withdraw() {
 }
 
 bool NavigationReporter::staysInDocument(const std::string& uri) const {
-  if (navigations_.hasRequest() || navigations_.current() || processGone_) return false;
+  if (navigations_.hasRequest() || navigations_.current() || processGone_ || showsSubstitute_) return false;
   const std::string shown = textOf(webkit_web_view_get_uri(view_));
   return shown != uri && uri.find('#') != std::string::npos && withoutFragment(shown) == withoutFragment(uri);
 }
@@ -136,8 +137,10 @@ void NavigationReporter::loadChanged(WebKitLoadEvent event) {
 void NavigationReporter::loadStarted() {
   processGone_ = false;
   const WeakPtr<NavigationReporter> self(*this);
+  nextPageBegan_ = true;
   titleWait_.end();
   if (!self) return;
+  nextPageBegan_ = false;
   const auto navigation = navigations_.started(engine_.nextNavigation());
   NavigationDelegate* delegate = webView_.navigationDelegate();
   if (navigation && delegate != nullptr) delegate->didStartProvisionalNavigation(webView_, *navigation);
@@ -146,6 +149,7 @@ void NavigationReporter::loadStarted() {
 void NavigationReporter::loadCommitted() {
   committedUri_ = textOf(webkit_web_view_get_uri(view_));
   const auto attempt = navigations_.committed();
+  showsSubstitute_ = attempt && attempt->isSubstitute;
   if (!attempt) return;
   timeout_.cancel();
   if (attempt->requestedUri && *attempt->requestedUri != kBlank && committedUri_ == kBlank) {
@@ -162,14 +166,21 @@ void NavigationReporter::loadCommitted() {
 void NavigationReporter::loadFinished() {
   engine_.pageCameToRest();
   const auto navigation = navigations_.finished();
-  if (askedLater_ && !navigations_.isErrorPageOnItsWay()) std::exchange(askedLater_, nullptr)();
+  if (askedLater_) ask(std::exchange(askedLater_, nullptr));
   if (navigation) titleWait_.begin(*navigation);
 }
 
 void NavigationReporter::reportFinished(Navigation navigation) {
-  if (NavigationDelegate* delegate = webView_.navigationDelegate()) {
-    delegate->didFinishNavigation(webView_, navigation);
-  }
+  NavigationDelegate* delegate = webView_.navigationDelegate();
+  if (delegate == nullptr) return;
+  const WeakPtr<NavigationReporter> self(*this);
+  tellsOfCommitted_ = nextPageBegan_ || navigations_.hasRequest();
+  delegate->didFinishNavigation(webView_, navigation);
+  if (self) tellsOfCommitted_ = false;
+}
+
+std::string NavigationReporter::uri() const {
+  return tellsOfCommitted_ ? committedUri_ : textOf(webkit_web_view_get_uri(view_));
 }
 
 /// True keeps the engine from showing a page of its own about the failure.
@@ -177,7 +188,9 @@ bool NavigationReporter::loadFailed(const char* uri, const GError& engineError) 
   const auto attempt = navigations_.ended();
   if (!attempt) return true;
   timeout_.cancel();
-  const WebError error = webErrorFrom(engineError, uri);
+  // What was asked for since then takes its place, whatever kept this one from being shown.
+  const WebError error =
+      navigations_.hasRequest() ? cancelledError(Url::parse(textOf(uri))) : webErrorFrom(engineError, uri);
   const WeakPtr<NavigationReporter> self(*this);
   reportFailure(*attempt, error);
   // The delegate may have closed the web view, or started what is to be shown instead.
@@ -265,16 +278,18 @@ bool NavigationReporter::runScriptDialog(WebKitScriptDialog* dialog) {
     return false;
   const auto awaited = navigations_.awaitedRequest();
   const Navigation navigation = awaited ? *awaited : engine_.nextNavigation();
-  const auto asked = std::make_shared<LeaveDialog>(
-      dialog, engine_.queue(),
+  const auto give = [](WebKitScriptDialog* asked, bool leave) {
+    webkit_script_dialog_confirm_set_confirmed(asked, leave ? TRUE : FALSE);
+  };
+  const auto answer = scriptDialogAnswer<bool>(
+      dialog, engine_.queue(), false, give,
       [self = WeakPtr<NavigationReporter>(*this), navigation, uri = decidedUri_](bool leave) {
         if (self && !leave) self->refusedToLeave({navigation, NavigationTracker::Phase::started, uri});
       });
   if (UIDelegate* delegate = webView_.uiDelegate()) {
-    delegate->runBeforeUnloadConfirmPanel(webView_, Url::parse(committedUri_),
-                                          [asked](bool leave) { asked->answer(leave); });
+    delegate->runBeforeUnloadConfirmPanel(webView_, Url::parse(committedUri_), answer);
   } else {
-    asked->answer(true);
+    answer(true);
   }
   return true;
 }

@@ -18,6 +18,7 @@ namespace velto {
 class GtkWebEngine;
 
 /// Listens to what an engine view reports of its loads and its process, and tells the web view's delegates.
+/// Of what pages ask it passes on only whether they may be left, because that decides what becomes of a load.
 class NavigationReporter final : public Weakable {
  public:
   /// All three outlive it.
@@ -42,6 +43,8 @@ class NavigationReporter final : public Weakable {
 
   /// Whether the engine would go to the address within the page that is shown, which loads nothing.
   [[nodiscard]] bool staysInDocument(const std::string& uri) const;
+  /// The address of what is shown or on its way; while a page is told to have finished, that of this page.
+  [[nodiscard]] std::string uri() const;
   [[nodiscard]] bool isResponsive() const { return responsive_ && !processGone_; }
   /// The page that a request of an own scheme is for.
   [[nodiscard]] std::optional<Url> documentThatAsksFor(const std::string& uri) const;
@@ -80,6 +83,10 @@ class NavigationReporter final : public Weakable {
   TitleWait titleWait_;
   /// What the page would not be left for.
   std::optional<NavigationTracker::Attempt> refused_;
+  /// The page stands in for the one at its address, which it is not a part of.
+  bool showsSubstitute_ = false;
+  bool nextPageBegan_ = false;
+  bool tellsOfCommitted_ = false;
   bool processGone_ = false;
   bool responsive_ = true;
   std::vector<SignalConnection> connections_;

@@ -14,7 +14,13 @@ std::optional<NavigationTracker::Attempt> NavigationTracker::request(Navigation 
 std::optional<NavigationTracker::Attempt> NavigationTracker::withdraw() {
   if (!requested_) return std::nullopt;
   Request request = *std::exchange(requested_, std::nullopt);
-  return Attempt{request.navigation, Phase::started, std::move(request.uri)};
+  return Attempt{request.navigation, Phase::started, std::move(request.uri),
+                 request.kind == Kind::substitute};
+}
+
+void NavigationTracker::asked() {
+  // The engine goes there without a question.
+  if (requested_ && requested_->kind == Kind::substitute) requested_->decided = true;
 }
 
 void NavigationTracker::deciding(const std::string& uri, Kind kind) {
@@ -31,8 +37,7 @@ std::optional<Navigation> NavigationTracker::awaitedRequest() const {
 
 std::optional<Navigation> NavigationTracker::started(Navigation fresh) {
   if (requested_ && requested_->decided) {
-    current_ = Attempt{requested_->navigation, Phase::started, std::move(requested_->uri)};
-    requested_.reset();
+    current_ = withdraw();
   } else if (errorPage_ == ErrorPage::expected) {
     errorPage_ = ErrorPage::showing;
     return std::nullopt;

@@ -15,13 +15,14 @@ namespace velto {
 /// own error page is reported like a navigation and is none.
 class NavigationTracker {
  public:
-  enum class Kind { load, reload, history };
+  enum class Kind { load, substitute, reload, history };
   enum class Phase { started, committed };
   struct Attempt {
     Navigation navigation;
     Phase phase = Phase::started;
     /// The address that the application asked for; absent when a page started it.
     std::optional<std::string> requestedUri;
+    bool isSubstitute = false;
   };
 
   /// Takes the place of a request that has not started; gives that one.
@@ -30,6 +31,8 @@ class NavigationTracker {
   std::optional<Attempt> withdraw();
   [[nodiscard]] bool hasRequest() const { return requested_.has_value(); }
 
+  /// The engine has been asked for it.
+  void asked();
   /// The engine asks whether to go to the address, in whatever frame.
   void deciding(const std::string& uri, Kind kind);
   /// The request that the engine has decided on and that has not started, which a page may still refuse.

@@ -1,21 +1,12 @@
 #include "platform/gtk/PageSettings.h"
 
+#include "platform/gtk/GObject.h"
+
 namespace velto {
 
 namespace {
 
 gboolean toGboolean(bool value) { return value ? TRUE : FALSE; }
-
-GtkWidget* openNoWindow(WebKitWebView*, WebKitNavigationAction*, gpointer) { return nullptr; }
-
-gboolean denyPermission(WebKitWebView*, WebKitPermissionRequest* request, gpointer) {
-  webkit_permission_request_deny(request);
-  return TRUE;
-}
-
-gboolean showNoNotification(WebKitWebView*, WebKitNotification*, gpointer) { return TRUE; }
-
-gboolean printNothing(WebKitWebView*, WebKitPrintOperation*, gpointer) { return TRUE; }
 
 }  // namespace
 
@@ -39,15 +30,6 @@ void allowNavigation(WebKitPolicyDecision* decision, const WebViewConfiguration&
   const auto policies = GObjectPtr<WebKitWebsitePolicies>::adopt(
       webkit_website_policies_new_with_policies("autoplay", autoplay, nullptr));
   webkit_policy_decision_use_with_policies(decision, policies.get());
-}
-
-std::vector<SignalConnection> refusePageRequests(WebKitWebView* view) {
-  std::vector<SignalConnection> connections;
-  connections.emplace_back(view, "create", G_CALLBACK(openNoWindow), nullptr);
-  connections.emplace_back(view, "permission-request", G_CALLBACK(denyPermission), nullptr);
-  connections.emplace_back(view, "show-notification", G_CALLBACK(showNoNotification), nullptr);
-  connections.emplace_back(view, "print", G_CALLBACK(printNothing), nullptr);
-  return connections;
 }
 
 }  // namespace velto

@@ -1,10 +1,7 @@
 #pragma once
 
-#include <vector>
-
 #include <webkit2/webkit2.h>
 
-#include "platform/gtk/GObject.h"
 #include "platform/web/WebView.h"
 
 namespace velto {
@@ -14,9 +11,5 @@ void applySettings(WebKitWebView* view, const WebViewConfiguration& configuratio
 
 /// Lets the navigation go on, under the configuration's rule for media that start by themselves.
 void allowNavigation(WebKitPolicyDecision* decision, const WebViewConfiguration& configuration);
-
-/// Says no to what a page may not have: windows of its own, the camera and other devices, notifications,
-/// printing.
-std::vector<SignalConnection> refusePageRequests(WebKitWebView* view);
 
 }  // namespace velto

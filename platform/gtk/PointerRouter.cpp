@@ -1,6 +1,7 @@
 #include "platform/gtk/PointerRouter.h"
 
 #include <cmath>
+#include <utility>
 
 #include <gtk/gtk.h>
 
@@ -10,12 +11,7 @@ namespace velto {
 
 namespace {
 
-/// The point of one view's coordinates in those of another view of the same content.
-Point convert(Point point, const View& from, const View& to) {
-  const Point inContent = from.convertToContent(point);
-  const Point origin = to.convertToContent({0, 0});
-  return {inContent.x - origin.x, inContent.y - origin.y};
-}
+constexpr guint kButtons = GDK_BUTTON1_MASK | GDK_BUTTON2_MASK | GDK_BUTTON3_MASK;
 
 /// Asks the view and then its superviews; gives the one that used the event, or null.
 template <class Ask>
@@ -34,24 +30,41 @@ View* climb(View& from, MouseEvent event, const Ask& ask) {
 }  // namespace
 
 bool PointerRouter::route(View& at, const GdkEvent& event) {
+  const WeakPtr<View> view = at;
   MouseEvent mouse = describe(event);
   mouse.location.y = at.frame().size.height - mouse.location.y;
+  MouseEvent inContent = mouse;
+  inContent.location = at.convertToContent(mouse.location);
   switch (event.type) {
     case GDK_BUTTON_PRESS:
       return press(at, event.button, mouse);
     case GDK_BUTTON_RELEASE:
-      return release(event.button, at, mouse);
+      return release(event.button, inContent);
     case GDK_MOTION_NOTIFY:
-      return move(at, event.motion, mouse);
+      if ((event.motion.state & kButtons) != 0) return drag(inContent);
+      pressed_ = nullptr;
+      track(inContent);
+      return view &&
+             climb(at, mouse, [](View& v, const MouseEvent& e) { return v.mouseMoved(e); }) != nullptr;
     case GDK_ENTER_NOTIFY:
-      if (event.crossing.detail != GDK_NOTIFY_INFERIOR) at.mouseEntered(mouse);
-      return true;
-    case GDK_LEAVE_NOTIFY:
-      if (event.crossing.detail != GDK_NOTIFY_INFERIOR) at.mouseExited(mouse);
+      if ((event.crossing.state & kButtons) == 0) track(inContent);
       return true;
     default:
       return false;
   }
+}
+
+void PointerRouter::track(const MouseEvent& inContent) {
+  if (View* content = window_.contentView()) tracker_.moved(*content, inContent);
+}
+
+void PointerRouter::leave() {
+  pressed_ = nullptr;
+  tracker_.left();
+}
+
+void PointerRouter::leave(const GdkEventCrossing& crossing) {
+  if (crossing.detail != GDK_NOTIFY_INFERIOR && (crossing.state & kButtons) == 0) tracker_.left();
 }
 
 MouseEvent PointerRouter::describe(const GdkEvent& event) const {
@@ -94,27 +107,22 @@ bool PointerRouter::press(View& at, const GdkEventButton& button, MouseEvent eve
   return true;
 }
 
-bool PointerRouter::move(View& at, const GdkEventMotion& motion, MouseEvent event) {
-  constexpr guint kButtons = GDK_BUTTON1_MASK | GDK_BUTTON2_MASK | GDK_BUTTON3_MASK;
-  if ((motion.state & kButtons) == 0) {
-    pressed_ = nullptr;
-    return climb(at, event, [](View& view, const MouseEvent& e) { return view.mouseMoved(e); }) != nullptr;
-  }
+bool PointerRouter::drag(MouseEvent inContent) {
   if (!pressed_) return false;
-  event.location = convert(event.location, at, *pressed_);
-  event.button = static_cast<int>(pressedButton_);
-  event.clickCount = clickCount_;
-  return pressed_->mouseDragged(event);
+  inContent.button = static_cast<int>(pressedButton_);
+  inContent.clickCount = clickCount_;
+  return pressed_->mouseDragged(eventSeenBy(*pressed_, inContent));
 }
 
-bool PointerRouter::release(const GdkEventButton& button, const View& at, MouseEvent event) {
-  if (!pressed_ || button.button != pressedButton_) return false;
-  View& taker = *pressed_;
-  pressed_ = nullptr;
-  event.location = convert(event.location, at, taker);
-  event.button = static_cast<int>(button.button);
-  event.clickCount = clickCount_;
-  return taker.mouseUp(event);
+bool PointerRouter::release(const GdkEventButton& button, MouseEvent inContent) {
+  const WeakPtr<Window> window = window_;
+  const auto taker = button.button == pressedButton_ ? std::exchange(pressed_, nullptr) : nullptr;
+  inContent.button = static_cast<int>(button.button);
+  inContent.clickCount = clickCount_;
+  const bool used = taker && taker->mouseUp(eventSeenBy(*taker, inContent));
+  // While a button is down nothing is entered or left; the pointer may be anywhere by now.
+  if (window && window->isVisible()) track(inContent);
+  return used;
 }
 
 }  // namespace velto

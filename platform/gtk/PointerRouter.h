@@ -5,6 +5,7 @@
 #include <gdk/gdk.h>
 
 #include "platform/gtk/GtkScreens.h"
+#include "platform/ui/PointerTracker.h"
 #include "platform/ui/View.h"
 #include "platform/ui/Window.h"
 
@@ -12,6 +13,7 @@ namespace velto {
 
 /// Delivers the pointer's events of one window to its views: to the view under the pointer, then up its
 /// superviews until one uses it. Who used a press gets the drag and the release, wherever the pointer is.
+/// Views are told that it came and left as `PointerTracker` says, though not while a button is down.
 ///
 /// A view may do anything in its answer, closing and dropping its window included.
 class PointerRouter {
@@ -20,18 +22,23 @@ class PointerRouter {
 
   /// A pointer event on the widget of `at`. True when a view used it.
   bool route(View& at, const GdkEvent& event);
-  /// No release will come for the last press.
-  void forgetPress() { pressed_ = nullptr; }
+  /// The pointer left the window for another one, or the window left the screen; no release will come for the
+  /// last press.
+  void leave();
+  /// The same, unless a button is down: then the pointer is still the window's.
+  void leave(const GdkEventCrossing& crossing);
 
  private:
   [[nodiscard]] MouseEvent describe(const GdkEvent& event) const;
   bool press(View& at, const GdkEventButton& button, MouseEvent event);
-  bool release(const GdkEventButton& button, const View& at, MouseEvent event);
-  bool move(View& at, const GdkEventMotion& motion, MouseEvent event);
+  bool release(const GdkEventButton& button, MouseEvent inContent);
+  bool drag(MouseEvent inContent);
+  void track(const MouseEvent& inContent);
   void countClick(const GdkEventButton& button);
 
   Window& window_;
   const GtkScreens& screens_;
+  PointerTracker tracker_;
   WeakPtr<View> pressed_;
   guint pressedButton_ = 0;
   int clickCount_ = 0;

@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <utility>
 
+#include "platform/gtk/GtkWebEngine.h"
 #include "platform/gtk/Guard.h"
 #include "platform/gtk/ScriptValue.h"
 
@@ -56,15 +57,20 @@ struct UserScriptUnref {
 
 }  // namespace
 
-ScriptBridge::ScriptBridge(WebView& webView, WebKitUserContentManager* manager,
+ScriptBridge::ScriptBridge(GtkWebEngine& engine, WebView& webView, WebKitWebView* view,
                            std::shared_ptr<UserContentController> controller)
-    : webView_(webView),
-      manager_(GObjectPtr<WebKitUserContentManager>::retain(manager)),
-      controller_(std::move(controller)) {
+    : engine_(engine),
+      webView_(webView),
+      manager_(GObjectPtr<WebKitUserContentManager>::retain(webkit_web_view_get_user_content_manager(view))),
+      controller_(std::move(controller)),
+      loadChanged_(view, "load-changed", G_CALLBACK(loadChanged), this) {
   controller_->setMirror(this);
 }
 
-ScriptBridge::~ScriptBridge() { controller_->setMirror(nullptr); }
+ScriptBridge::~ScriptBridge() {
+  controller_->setMirror(nullptr);
+  nextSecond_.cancel();
+}
 
 void ScriptBridge::addScript(const UserScript& script) {
   const auto frames =
@@ -83,12 +89,16 @@ void ScriptBridge::addScript(const UserScript& script) {
 void ScriptBridge::addChannel(const UserContentController::Channel& channel, bool replies) {
   const char* name = channel.name.c_str();
   const char* world = worldName(channel.world);
-  auto line = std::make_unique<Line>(Line{*this, channel, {}});
+  auto line = std::make_unique<Line>(Line{*this, channel, {}, nullptr});
   // The handler is connected first: a page may post as soon as the name is registered.
   if (replies) {
     const std::string signal = "script-message-with-reply-received::" + channel.name;
     line->received = {manager_.get(), signal.c_str(), G_CALLBACK(messageWithReplyReceived), line.get()};
     webkit_user_content_manager_register_script_message_handler_with_reply(manager_.get(), name, world);
+    if (world == nullptr) {
+      line->mainFrame =
+          std::make_unique<MainFrameProof>(manager_.get(), channel.name, engine_.mainFrameScripts());
+    }
   } else {
     const std::string signal = "script-message-received::" + channel.name;
     line->received = {manager_.get(), signal.c_str(), G_CALLBACK(messageReceived), line.get()};
@@ -111,10 +121,19 @@ void ScriptBridge::removeChannel(const UserContentController::Channel& channel) 
   }
 }
 
+void ScriptBridge::loadChanged(WebKitWebView*, WebKitLoadEvent event, gpointer data) {
+  if (event != WEBKIT_LOAD_COMMITTED) return;
+  for (const auto& line : static_cast<ScriptBridge*>(data)->lines_) {
+    if (line->mainFrame) line->mainFrame->forget();
+  }
+}
+
 void ScriptBridge::messageReceived(WebKitUserContentManager*, WebKitJavascriptResult* result, gpointer data) {
   guarded([&] {
     const Line& line = *static_cast<Line*>(data);
-    line.bridge.receive(line.channel, webkit_javascript_result_get_js_value(result), nullptr);
+    if (line.bridge.isAffordable()) {
+      line.bridge.receive(line, webkit_javascript_result_get_js_value(result), nullptr);
+    }
   });
 }
 
@@ -122,26 +141,36 @@ gboolean ScriptBridge::messageWithReplyReceived(WebKitUserContentManager*, JSCVa
                                                 WebKitScriptMessageReply* reply, gpointer data) {
   guarded([&] {
     const Line& line = *static_cast<Line*>(data);
+    if (!line.bridge.isAffordable()) {
+      return webkit_script_message_reply_return_error_message(reply, "Too many messages");
+    }
     auto pending = std::make_shared<PendingReply>(reply, value);
-    line.bridge.receive(line.channel, value,
-                        [pending](const ScriptReply& answer) { pending->answer(answer); });
+    line.bridge.receive(line, value, [pending](const ScriptReply& answer) { pending->answer(answer); });
   });
   return TRUE;
 }
 
-void ScriptBridge::receive(const UserContentController::Channel& channel, JSCValue* value,
-                           const std::function<void(ScriptReply)>& reply) {
+bool ScriptBridge::isAffordable() {
+  constexpr int kMostInASecond = 1000;
+  if (messages_ == 0) nextSecond_ = engine_.queue().after(1, [this] { messages_ = 0; });
+  if (messages_ == kMostInASecond) return false;
+  ++messages_;
+  return true;
+}
+
+void ScriptBridge::receive(const Line& line, JSCValue* value, const std::function<void(ScriptReply)>& reply) {
   // A message without a body is one all the same.
   const bool isEmpty = jsc_value_is_undefined(value) != FALSE;
-  const auto body = isEmpty ? std::make_optional<JsonValue>(JsonValue::Storage()) : jsonFrom(value);
-  if (!body || !isUnambiguous(channel.name)) {
+  auto body = isEmpty ? std::make_optional<JsonValue>(JsonValue::Storage()) : jsonFrom(value);
+  if (!body || !isUnambiguous(line.channel.name)) {
     if (reply) reply({std::nullopt, "The message cannot be read"});
     return;
   }
+  const bool isMainFrame = line.mainFrame && line.mainFrame->unwrap(*body);
   // The handler may remove its channel, or close the web view and this bridge with it.
   const auto controller = controller_;
-  const ContentWorld world = channel.world;
-  controller->receive(webView_, {channel.name, *body}, world, reply);
+  const UserContentController::Channel channel = line.channel;
+  controller->receive(webView_, {channel.name, std::move(*body), isMainFrame}, channel.world, reply);
 }
 
 bool ScriptBridge::isUnambiguous(const std::string& name) const {

@@ -7,18 +7,24 @@
 #include <webkit2/webkit2.h>
 
 #include "platform/gtk/GObject.h"
+#include "platform/gtk/MainFrameProof.h"
+#include "platform/loop/MainQueue.h"
 #include "platform/web/UserContentController.h"
 
 namespace velto {
+
+class GtkWebEngine;
 
 /// Mirrors a web view's scripts and channels into its engine view, and passes on what pages post.
 ///
 /// The engine tells a message's name but not its world. A name that is in use in two worlds at once could let
 /// a page speak for scripts that it cannot see, so messages of such a name are dropped. So are those without
-/// a JSON form and those above a MiB.
+/// a JSON form, those above a MiB, and those beyond a thousand in a second. Channels of the page's world that
+/// reply have a `MainFrameProof`.
 class ScriptBridge final : public UserContentController::Mirror {
  public:
-  ScriptBridge(WebView& webView, WebKitUserContentManager* manager,
+  /// All three outlive it.
+  ScriptBridge(GtkWebEngine& engine, WebView& webView, WebKitWebView* view,
                std::shared_ptr<UserContentController> controller);
   ScriptBridge(const ScriptBridge&) = delete;
   ScriptBridge& operator=(const ScriptBridge&) = delete;
@@ -33,18 +39,26 @@ class ScriptBridge final : public UserContentController::Mirror {
     ScriptBridge& bridge;
     UserContentController::Channel channel;
     SignalConnection received;
+    std::unique_ptr<MainFrameProof> mainFrame;
   };
   static void messageReceived(WebKitUserContentManager*, WebKitJavascriptResult* result, gpointer line);
   static gboolean messageWithReplyReceived(WebKitUserContentManager*, JSCValue* value,
                                            WebKitScriptMessageReply* reply, gpointer line);
-  void receive(const UserContentController::Channel& channel, JSCValue* value,
-               const std::function<void(ScriptReply)>& reply);
+  static void loadChanged(WebKitWebView*, WebKitLoadEvent event, gpointer self);
+  void receive(const Line& line, JSCValue* value, const std::function<void(ScriptReply)>& reply);
+  /// Counts a message; false when there have been too many.
+  [[nodiscard]] bool isAffordable();
   [[nodiscard]] bool isUnambiguous(const std::string& name) const;
 
+  GtkWebEngine& engine_;
   WebView& webView_;
   GObjectPtr<WebKitUserContentManager> manager_;
   std::shared_ptr<UserContentController> controller_;
   std::vector<std::unique_ptr<Line>> lines_;
+  SignalConnection loadChanged_;
+  /// Since `nextSecond_` was queued.
+  int messages_ = 0;
+  WorkItem nextSecond_;
 };
 
 }  // namespace velto

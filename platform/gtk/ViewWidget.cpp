@@ -94,7 +94,9 @@ gboolean onDraw(GtkWidget* widget, cairo_t* context) {
 }
 
 /// Views ask their superviews themselves, so the event must not climb the widgets as well.
+/// What a child let pass is in the child's coordinates, and its view was asked already.
 gboolean onPointer(GtkWidget* widget, const GdkEvent* event) {
+  if (event->any.window != gtk_widget_get_window(widget)) return TRUE;
   if (ViewWidgetOwner* owner = self(widget)->owner) guarded([&] { owner->pointerEvent(*event); });
   return TRUE;
 }

@@ -6,6 +6,8 @@
 #include <gio/gio.h>
 #include <webkit2/webkit2.h>
 
+#include "platform/foundation/Text.h"
+
 namespace velto {
 
 namespace {
@@ -90,12 +92,14 @@ WebError urlError(int code, std::string description, std::optional<Url> failingU
 WebError webErrorFrom(const GError& error, const char* failingUri) {
   const std::string uri = failingUri == nullptr ? "" : failingUri;
   std::optional<Url> url = Url::parse(uri);
-  const std::string description = error.message == nullptr ? "" : error.message;
+  std::string description = repairUtf8(error.message == nullptr ? "" : error.message);
+  if (description.empty()) description = "The page could not be loaded";
   // Both families number these alike.
   if (error.domain == WEBKIT_POLICY_ERROR && error.code != WEBKIT_POLICY_ERROR_CANNOT_SHOW_URI) {
     return {WebError::kWebKitDomain, error.code, description, std::move(url)};
   }
-  const int code = codeInUrlDomain(error, url.has_value());
+  int code = codeInUrlDomain(error, url.has_value());
+  if (code == kUnknown && url && url->lowercasedScheme() == "file") code = kNoPermissionsToReadFile;
   return urlError(code, description, std::move(url));
 }
 

@@ -31,17 +31,11 @@ MouseEvent eventAt(const Window& window, Point point, const HeadlessInput::Press
   return {point, onScreen(window, point), press.button, press.clickCount, press.modifiers};
 }
 
-MouseEvent seenBy(const View& view, MouseEvent event) {
-  const Point origin = view.convertToContent({0, 0});
-  event.location = {event.location.x - origin.x, event.location.y - origin.y};
-  return event;
-}
-
 /// The view that used the event: `view` or the nearest of its superviews that did, or null.
 WeakPtr<View> offer(View* view, bool (View::*handler)(const MouseEvent&), const MouseEvent& event) {
   WeakPtr<View> asked = view;
   while (asked) {
-    if ((asked.get()->*handler)(seenBy(*asked, event))) return asked;
+    if ((asked.get()->*handler)(eventSeenBy(*asked, event))) return asked;
     if (asked) asked = asked->superview();
   }
   return nullptr;
@@ -62,35 +56,34 @@ View* findView(const Window& window, std::string_view identifier) {
 }
 
 HeadlessInput::HeadlessInput(HeadlessWindowSystem& windowSystem, const Clock& clock)
-    : windowSystem_(windowSystem), clock_(clock) {}
+    : windowSystem_(windowSystem), clock_(clock) {
+  windowSystem_.setWindowLeftScreen([this](const Window& window) {
+    if (over_.get() == &window) moveMouseAway();
+  });
+}
 
-void HeadlessInput::enter(View* hit, const MouseEvent& event) {
-  std::vector<WeakPtr<View>> now;
-  for (View* view = hit; view != nullptr; view = view->superview()) now.insert(now.begin(), view);
-  const auto before = std::exchange(inside_, now);
-  const auto isIn = [](const std::vector<WeakPtr<View>>& views, const WeakPtr<View>& view) {
-    return std::find(views.begin(), views.end(), view) != views.end();
-  };
-  for (auto view = before.rbegin(); view != before.rend(); ++view) {
-    if (*view && !isIn(now, *view)) (*view)->mouseExited(seenBy(**view, event));
-  }
-  for (const auto& view : now) {
-    if (view && !isIn(before, view)) view->mouseEntered(seenBy(*view, event));
-  }
+void HeadlessInput::track(Window& window, const MouseEvent& event) {
+  over_ = window;
+  if (View* content = window.contentView()) return tracker_.moved(*content, event);
+  tracker_.left();
 }
 
 void HeadlessInput::moveMouse(Window& window, Point point, Modifiers modifiers) {
+  const WeakPtr<Window> moved = window;
   const MouseEvent event = eventAt(window, point, {0, 0, modifiers});
-  enter(viewAt(window, point), event);
-  if (!inside_.empty()) offer(inside_.back().get(), &View::mouseMoved, event);
+  track(window, event);
+  if (moved && moved->isVisible()) offer(viewAt(window, point), &View::mouseMoved, event);
 }
 
-void HeadlessInput::moveMouseAway() { enter(nullptr, MouseEvent()); }
+void HeadlessInput::moveMouseAway() {
+  over_ = nullptr;
+  tracker_.left();
+}
 
 void HeadlessInput::press(Window& window, Point point, const Press& press) {
   const WeakPtr<Window> pressed = window;
   moveMouse(window, point, press.modifiers);
-  if (!pressed) return;
+  if (!pressed || !pressed->isVisible()) return;
   const MouseEvent event = eventAt(window, point, press);
   press_ = press;
   lastScreenPoint_ = event.screenLocation;
@@ -110,7 +103,7 @@ void HeadlessInput::dragOnScreen(Window& window, Point screenPoint) {
 void HeadlessInput::dragTo(const MouseEvent& event) {
   const Point from = std::exchange(lastScreenPoint_, event.screenLocation);
   if (holder_) {
-    holder_->mouseDragged(seenBy(*holder_, event));
+    holder_->mouseDragged(eventSeenBy(*holder_, event));
   } else if (moving_) {
     Rect frame = moving_->frame();
     frame.origin.x += event.screenLocation.x - from.x;
@@ -121,9 +114,11 @@ void HeadlessInput::dragTo(const MouseEvent& event) {
 
 void HeadlessInput::release(Window& window, Point point) {
   const MouseEvent event = eventAt(window, point, press_);
+  const WeakPtr<Window> released = window;
   moving_ = nullptr;
   const auto holder = std::exchange(holder_, nullptr);
-  if (holder) holder->mouseUp(seenBy(*holder, event));
+  if (holder) holder->mouseUp(eventSeenBy(*holder, event));
+  if (released && released->isVisible()) track(window, event);
 }
 
 void HeadlessInput::click(Window& window, Point point) {

@@ -1,9 +1,9 @@
 #pragma once
 
 #include <string_view>
-#include <vector>
 
 #include "platform/headless/HeadlessWindowSystem.h"
+#include "platform/ui/PointerTracker.h"
 #include "platform/ui/Window.h"
 
 namespace velto {
@@ -11,10 +11,10 @@ namespace velto {
 /// The test's pointer and keyboard.
 ///
 /// Points are in the window's content coordinates. An event goes to the deepest view under the pointer and
-/// then up its superviews until one uses it. The pointer counts as inside that view and all its superviews. A
-/// press gives the window the keyboard; what uses the press gets the drags and the release. A press that no
-/// view uses moves a window that is movable by its background. Everything throws `std::logic_error` when the
-/// window is not on the screen.
+/// then up its superviews until one uses it. Views are told of it as `PointerTracker` says, though not while
+/// a button is down. A press gives the window the keyboard; what uses the press gets the drags and the
+/// release. A press that no view uses moves a window that is movable by its background. Everything throws
+/// `std::logic_error` when the window is not on the screen.
 class HeadlessInput {
  public:
   struct Press {
@@ -45,14 +45,14 @@ class HeadlessInput {
   void key(Window& window, KeyEvent event);
 
  private:
-  /// The pointer is now over the view `hit`, or over none.
-  void enter(View* hit, const MouseEvent& event);
+  void track(Window& window, const MouseEvent& event);
   void dragTo(const MouseEvent& event);
 
   HeadlessWindowSystem& windowSystem_;
   const Clock& clock_;
-  /// The views that the pointer is in, outermost first.
-  std::vector<WeakPtr<View>> inside_;
+  PointerTracker tracker_;
+  /// The window that the pointer is over.
+  WeakPtr<Window> over_;
   Press press_;
   /// What used the press, or the window that the press moves.
   WeakPtr<View> holder_;

@@ -67,7 +67,7 @@ HeadlessPlatform::HeadlessPlatform()
 }
 
 HeadlessPlatform::~HeadlessPlatform() {
-  for (const std::string& line : windowSystem_.unansweredAlerts()) onFailure(line);
+  for (const std::string& line : windowSystem_.unansweredSheets()) onFailure(line);
   // What is queued may own windows, which need the rest of the platform to go.
   backgroundQueue_.discardAll();
   loop_.discardAll();

@@ -34,7 +34,7 @@ class HeadlessWebEngine final : public WebEngine {
   /// Those that something still holds, in the order in which they were made.
   [[nodiscard]] std::vector<std::shared_ptr<HeadlessDataStore>> nonPersistentStores() const;
   /// What was asked of the engine and its web views, in order, as "makeWebView", "load http://a.example/",
-  /// "loadHtml <base URL>", "reload", "goBack", "goForward", "stopLoading".
+  /// "loadHtml <base URL>", "loadSubstitute <address>", "reload", "goBack", "goForward", "stopLoading".
   [[nodiscard]] const std::vector<std::string>& log() const { return log_; }
   /// Called with each entry as it is made, from within the call that made it, to look at the state at that
   /// moment.

@@ -11,6 +11,7 @@
 #include "platform/headless/EngineUrl.h"
 #include "platform/headless/HeadlessSchemeTask.h"
 #include "platform/ui/Window.h"
+#include "platform/web/PendingAnswer.h"
 
 namespace velto {
 
@@ -79,6 +80,15 @@ std::optional<Navigation> HeadlessWebView::loadHtml(std::string_view html,
                                                     const std::optional<Url>& baseUrl) {
   const Url url = baseUrl ? engineUrl(*baseUrl) : *Url::parse("about:blank");
   engine_.note("loadHtml " + url.absoluteString());
+  Page page;
+  page.html = html;
+  page.script.title = titleOf(html);
+  return begin({.url = url, .isText = true, .hasPlaceInHistory = false, .found = std::move(page)});
+}
+
+std::optional<Navigation> HeadlessWebView::loadSubstitute(std::string_view html, const Url& address) {
+  const Url url = engineUrl(address);
+  engine_.note("loadSubstitute " + url.absoluteString());
   Page page;
   page.html = html;
   page.script.title = titleOf(html);
@@ -257,7 +267,7 @@ void HeadlessWebView::receivePage() {
 }
 
 void HeadlessWebView::remember(const Load& load) {
-  if (load.isText) return;
+  if (!load.hasPlaceInHistory) return;
   if (load.place) {
     current_ = *load.place;
     history_[current_] = load.url;
@@ -348,10 +358,61 @@ void HeadlessWebView::dropHeldScripts() {
 }
 
 void HeadlessWebView::postMessage(const std::string& name, const JsonValue& body, const ContentWorld& world,
-                                  std::function<void(ScriptReply)> reply) {
-  post([message = ScriptMessage{name, body}, world, reply = std::move(reply)](HeadlessWebView& self) {
+                                  std::function<void(ScriptReply)> reply, bool isMainFrame) {
+  post([message = ScriptMessage{name, body, isMainFrame}, world,
+        reply = std::move(reply)](HeadlessWebView& self) {
     const auto controller = self.configuration_.userContentController;
     controller->receive(self, message, world, reply);
+  });
+}
+
+template <class T>
+void HeadlessWebView::askPerson(T cancelled, std::function<void(T)> done,
+                                std::function<void(UIDelegate&, std::function<void(T)>)> ask) {
+  const auto answered = [weak = WeakPtr<HeadlessWebView>(*this), done = std::move(done)](T value) {
+    if (!weak || !done) return;
+    weak->post([done, value = std::move(value)](HeadlessWebView&) { done(value); });
+  };
+  post([pending = std::make_shared<PendingAnswer<T>>(std::move(cancelled), answered),
+        ask = std::move(ask)](HeadlessWebView& self) {
+    UIDelegate* person = self.uiDelegate();
+    if (person != nullptr) ask(*person, [pending](T value) { pending->answer(std::move(value)); });
+  });
+}
+
+void HeadlessWebView::alert(const std::string& text, std::function<void()> done) {
+  const auto closed = [done = std::move(done)](bool) {
+    if (done) done();
+  };
+  askPerson<bool>(false, closed, [this, text](UIDelegate& person, const std::function<void(bool)>& answer) {
+    person.runJavaScriptAlertPanel(*this, text, [answer] { answer(true); });
+  });
+}
+
+void HeadlessWebView::confirm(const std::string& text, std::function<void(bool)> done) {
+  askPerson<bool>(false, std::move(done), [this, text](UIDelegate& person, auto answer) {
+    person.runJavaScriptConfirmPanel(*this, text, std::move(answer));
+  });
+}
+
+void HeadlessWebView::prompt(const std::string& text, const std::string& defaultText,
+                             std::function<void(std::optional<std::string>)> done) {
+  askPerson<std::optional<std::string>>(
+      std::nullopt, std::move(done), [this, text, defaultText](UIDelegate& person, auto answer) {
+        person.runJavaScriptTextInputPanel(*this, text, defaultText, std::move(answer));
+      });
+}
+
+void HeadlessWebView::chooseFiles(const OpenPanel& parameters, OpenPanelCompletion done) {
+  askPerson<std::optional<std::vector<std::filesystem::path>>>(
+      std::nullopt, std::move(done), [this, parameters](UIDelegate& person, auto answer) {
+        person.runOpenPanel(*this, parameters, std::move(answer));
+      });
+}
+
+void HeadlessWebView::openWindow(const PageWindowRequest& request) {
+  post([request](HeadlessWebView& self) {
+    if (UIDelegate* person = self.uiDelegate()) person->createWebView(self, request);
   });
 }
 

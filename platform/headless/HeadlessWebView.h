@@ -30,7 +30,15 @@ class HeadlessWebView final : public WebView {
   std::optional<Navigation> clickLink(std::string_view urlText);
   /// Queues the message; `reply` makes it one that asks for a reply.
   void postMessage(const std::string& name, const JsonValue& body, const ContentWorld& world = {},
-                   std::function<void(ScriptReply)> reply = {});
+                   std::function<void(ScriptReply)> reply = {}, bool isMainFrame = true);
+  /// The page's script asks the person; `done` comes through the loop unless the web view goes first. What
+  /// nobody answers is cancelled.
+  void alert(const std::string& text, std::function<void()> done = {});
+  void confirm(const std::string& text, std::function<void(bool)> done = {});
+  void prompt(const std::string& text, const std::string& defaultText,
+              std::function<void(std::optional<std::string>)> done = {});
+  void chooseFiles(const OpenPanel& parameters, OpenPanelCompletion done = {});
+  void openWindow(const PageWindowRequest& request);
   /// The page asks for a resource of an own scheme. Throws `std::logic_error` when no handler has the scheme.
   void fetch(const std::string& urlText, std::function<void(const SchemeResponse&)> completion);
   /// The page's process dies. A navigation under way ends without a further word.
@@ -58,6 +66,7 @@ class HeadlessWebView final : public WebView {
 
   std::optional<Navigation> load(const UrlRequest& request) override;
   std::optional<Navigation> loadHtml(std::string_view html, const std::optional<Url>& baseUrl) override;
+  std::optional<Navigation> loadSubstitute(std::string_view html, const Url& address) override;
   std::optional<Navigation> reload() override;
   std::optional<Navigation> goBack() override;
   std::optional<Navigation> goForward() override;
@@ -91,8 +100,9 @@ class HeadlessWebView final : public WebView {
     Navigation navigation = {};
     /// Where in the history the page goes; absent for a new place after the present one.
     std::optional<std::size_t> place = std::nullopt;
-    /// A page that was handed over as text has no place in the history.
+    /// The page was handed over as text.
     bool isText = false;
+    bool hasPlaceInHistory = true;
     /// What was found, once the load has started.
     Page found = {};
     Phase phase = Phase::waiting;
@@ -125,6 +135,10 @@ class HeadlessWebView final : public WebView {
   void tellFailed(const Load& load, const WebError& error);
   void runScript(HeldScript held);
   void dropHeldScripts();
+  /// Asks the delegate for an answer to pass on to `done`.
+  template <class T>
+  void askPerson(T cancelled, std::function<void(T)> done,
+                 std::function<void(UIDelegate&, std::function<void(T)>)> ask);
   /// Queues work that is dropped when the web view is gone by then.
   void post(std::function<void(HeadlessWebView&)> work);
   [[nodiscard]] std::shared_ptr<UrlSchemeHandler> handlerFor(std::string_view urlText) const;

@@ -25,7 +25,14 @@ class HeadlessWindowSystem::Peer final : public WindowPeer {
   Window& window_;
 };
 
-HeadlessWindowSystem::HeadlessWindowSystem(VirtualLoop& loop) : loop_(loop), screens_{defaultScreen()} {}
+HeadlessWindowSystem::HeadlessWindowSystem(VirtualLoop& loop)
+    : loop_(loop),
+      screens_{defaultScreen()},
+      alerts_(loop,
+              [](const Alert& alert) {
+                return AlertAnswer{alert.buttons.size() - 1, alert.textField.value_or("")};
+              }),
+      openPanels_(loop, [](const OpenPanel&) { return ChosenFiles(); }) {}
 
 Screen HeadlessWindowSystem::defaultScreen() {
   Screen screen;
@@ -52,9 +59,10 @@ void HeadlessWindowSystem::ordered(Window& window, WindowPeer::Order order) {
   std::erase(stack_, &window);
   if (window.isClosed()) {
     std::erase(keyHistory_, &window);
-    answerAlertsOfClosedWindows();
+    dismissSheetsOfClosedWindows();
   }
   giveUpKey(window);
+  if (windowLeftScreen_) windowLeftScreen_(window);
 }
 
 void HeadlessWindowSystem::raise(Window& window) {
@@ -125,13 +133,15 @@ void HeadlessWindowSystem::miniaturizeByHand(Window& window, bool miniaturized) 
 }
 
 void HeadlessWindowSystem::setMiniaturized(Window& window, bool miniaturized) {
-  if (miniaturized) giveUpKey(window);
+  if (!miniaturized) return;
+  giveUpKey(window);
+  if (windowLeftScreen_) windowLeftScreen_(window);
 }
 
 void HeadlessWindowSystem::windowGone(Window& window) {
   std::erase(stack_, &window);
   std::erase(keyHistory_, &window);
-  answerAlertsOfClosedWindows();
+  dismissSheetsOfClosedWindows();
   giveUpKey(window);
 }
 
@@ -151,20 +161,16 @@ std::vector<Window*> HeadlessWindowSystem::frontToBack() const {
 void HeadlessWindowSystem::showAlert(const Alert& alert, WeakPtr<Window> sheetOn,
                                      AlertCompletion completion) {
   if (alert.buttons.empty()) throw std::logic_error("An alert without a button cannot be answered");
-  alerts_.push_back({++lastAlert_, alert, bool{sheetOn}, sheetOn, std::move(completion), false});
-  answerAlertsOfClosedWindows();
+  alerts_.show(alert, sheetOn, std::move(completion));
 }
 
-std::vector<Alert> HeadlessWindowSystem::alerts() const {
-  std::vector<Alert> waiting;
-  for (const PendingAlert& pending : alerts_) {
-    if (!pending.windowClosed) waiting.push_back(pending.alert);
-  }
-  return waiting;
+void HeadlessWindowSystem::showOpenPanel(const OpenPanel& panel, WeakPtr<Window> sheetOn,
+                                         OpenPanelCompletion completion) {
+  openPanels_.show(panel, sheetOn, std::move(completion));
 }
 
 void HeadlessWindowSystem::answerAlert(std::size_t button, std::optional<std::string> text) {
-  answerOldest([button](const Alert&) { return button; }, std::move(text));
+  answerAlert([button](const Alert&) { return button; }, std::move(text));
 }
 
 void HeadlessWindowSystem::answerAlert(std::string_view buttonTitle, std::optional<std::string> text) {
@@ -172,46 +178,41 @@ void HeadlessWindowSystem::answerAlert(std::string_view buttonTitle, std::option
     return static_cast<std::size_t>(std::find(alert.buttons.begin(), alert.buttons.end(), buttonTitle) -
                                     alert.buttons.begin());
   };
-  answerOldest(indexOf, std::move(text));
+  answerAlert(indexOf, std::move(text));
 }
 
-void HeadlessWindowSystem::answerOldest(const std::function<std::size_t(const Alert&)>& button,
-                                        std::optional<std::string> text) {
-  const auto oldest =
-      std::find_if(alerts_.begin(), alerts_.end(), [](const PendingAlert& a) { return !a.windowClosed; });
-  if (oldest == alerts_.end()) throw std::logic_error("There is no alert to answer");
-  const Alert& alert = oldest->alert;
-  AlertAnswer answer{button(alert), alert.textField.value_or("")};
-  if (answer.button >= alert.buttons.size()) {
-    throw std::logic_error("The alert \"" + alert.messageText + "\" has no such button");
-  }
-  if (text) answer.text = std::move(*text);
-  loop_.async([completion = std::move(oldest->completion), answer] { completion(answer); });
-  alerts_.erase(oldest);
+void HeadlessWindowSystem::answerAlert(const std::function<std::size_t(const Alert&)>& button,
+                                       std::optional<std::string> text) {
+  alerts_.answerOldest([&](const Alert& alert) {
+    AlertAnswer answer{button(alert), text.value_or(alert.textField.value_or(""))};
+    if (answer.button >= alert.buttons.size()) {
+      throw std::logic_error("The alert \"" + alert.messageText + "\" has no such button");
+    }
+    return answer;
+  });
 }
 
-void HeadlessWindowSystem::answerAlertsOfClosedWindows() {
-  for (PendingAlert& pending : alerts_) {
-    const bool closed = pending.onWindow && (!pending.window || pending.window->isClosed());
-    if (!closed || std::exchange(pending.windowClosed, true)) continue;
-    loop_.async([this, alive = std::weak_ptr(alive_), number = pending.number] {
-      if (!alive.expired()) deliverClosed(number);
-    });
-  }
+void HeadlessWindowSystem::answerOpenPanel(const ChosenFiles& files) {
+  openPanels_.answerOldest([&](const OpenPanel& panel) {
+    if (files && (files->empty() || (files->size() > 1 && !panel.allowsMultipleSelection))) {
+      throw std::logic_error("The person cannot choose that many files");
+    }
+    return files;
+  });
 }
 
-void HeadlessWindowSystem::deliverClosed(std::uint64_t number) {
-  const auto found = std::find_if(alerts_.begin(), alerts_.end(),
-                                  [number](const PendingAlert& a) { return a.number == number; });
-  const PendingAlert pending = std::move(*found);
-  alerts_.erase(found);
-  pending.completion({pending.alert.buttons.size() - 1, pending.alert.textField.value_or("")});
+void HeadlessWindowSystem::dismissSheetsOfClosedWindows() {
+  alerts_.dismissOfClosedWindows();
+  openPanels_.dismissOfClosedWindows();
 }
 
-std::vector<std::string> HeadlessWindowSystem::unansweredAlerts() const {
+std::vector<std::string> HeadlessWindowSystem::unansweredSheets() const {
   std::vector<std::string> lines;
-  for (const PendingAlert& pending : alerts_) {
-    lines.push_back("Nobody answered the alert \"" + pending.alert.messageText + "\"");
+  for (const Alert& alert : alerts_.unanswered()) {
+    lines.push_back("Nobody answered the alert \"" + alert.messageText + "\"");
+  }
+  for (std::size_t i = 0; i < openPanels_.unanswered().size(); ++i) {
+    lines.emplace_back("Nobody answered the question for files");
   }
   return lines;
 }

@@ -1,15 +1,16 @@
 #pragma once
 
 #include <cstddef>
-#include <cstdint>
-#include <deque>
+#include <filesystem>
 #include <functional>
 #include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
+#include "platform/headless/HeadlessSheets.h"
 #include "platform/headless/VirtualLoop.h"
 #include "platform/ui/Application.h"
 
@@ -30,9 +31,15 @@ class HeadlessWindowSystem final : public WindowSystem {
     bool operator==(const Ordered&) const = default;
   };
 
+  /// Absent for a cancelled question.
+  using ChosenFiles = std::optional<std::vector<std::filesystem::path>>;
+
   explicit HeadlessWindowSystem(VirtualLoop& loop);
   /// Before anything else is called.
   void setApplication(Application& application) { application_ = &application; }
+
+  /// Told of each window that goes out, is put away or is closed, once it has.
+  void setWindowLeftScreen(std::function<void(const Window&)> left) { windowLeftScreen_ = std::move(left); }
 
   /// The display that is there at first: 1920x1080 with a panel of 27 at the top.
   static Screen defaultScreen();
@@ -52,16 +59,20 @@ class HeadlessWindowSystem final : public WindowSystem {
   void miniaturizeByHand(Window& window, bool miniaturized);
   /// @}
 
-  /// @name Alerts
+  /// @name Alerts and questions for files
   /// @{
   /// Those that wait for an answer, oldest first.
-  [[nodiscard]] std::vector<Alert> alerts() const;
+  [[nodiscard]] std::vector<Alert> alerts() const { return alerts_.waiting(); }
   /// Answers the oldest alert; its completion is queued on the loop. Without a text the alert's field keeps
   /// what stood in it. Throws `std::logic_error` when no alert waits or it has no such button.
   void answerAlert(std::size_t button, std::optional<std::string> text = std::nullopt);
   void answerAlert(std::string_view buttonTitle, std::optional<std::string> text = std::nullopt);
-  /// One line for each alert that the person was never seen to answer.
-  [[nodiscard]] std::vector<std::string> unansweredAlerts() const;
+  /// Those that wait for an answer, oldest first.
+  [[nodiscard]] std::vector<OpenPanel> openPanels() const { return openPanels_.waiting(); }
+  /// Answers the oldest question for files as `answerAlert` does; without files it is cancelled.
+  void answerOpenPanel(const ChosenFiles& files);
+  /// One line for each alert or question for files that the person was never seen to answer.
+  [[nodiscard]] std::vector<std::string> unansweredSheets() const;
   /// @}
 
   /// @name What happened
@@ -78,22 +89,14 @@ class HeadlessWindowSystem final : public WindowSystem {
   [[nodiscard]] std::vector<Screen> screens() const override { return screens_; }
   void activate() override;
   void showAlert(const Alert& alert, WeakPtr<Window> sheetOn, AlertCompletion completion) override;
+  void showOpenPanel(const OpenPanel& panel, WeakPtr<Window> sheetOn,
+                     OpenPanelCompletion completion) override;
   [[nodiscard]] bool prefersReducedMotion() const override { return reducedMotion_; }
   void beep() override { ++beeps_; }
   void stop() override { stopped_ = true; }
 
  private:
   class Peer;
-  struct PendingAlert {
-    std::uint64_t number = 0;
-    Alert alert;
-    bool onWindow = false;
-    WeakPtr<Window> window;
-    AlertCompletion completion;
-    /// Its window closed; the answer is on its way.
-    bool windowClosed = false;
-  };
-
   void ordered(Window& window, WindowPeer::Order order);
   void setMiniaturized(Window& window, bool miniaturized);
   void raise(Window& window);
@@ -103,13 +106,13 @@ class HeadlessWindowSystem final : public WindowSystem {
   [[nodiscard]] Window* nextKeyWindow() const;
   [[nodiscard]] bool isOnScreen(const Window& window) const;
   void windowGone(Window& window);
-  void answerAlertsOfClosedWindows();
-  void deliverClosed(std::uint64_t number);
-  void answerOldest(const std::function<std::size_t(const Alert&)>& button, std::optional<std::string> text);
+  void dismissSheetsOfClosedWindows();
+  void answerAlert(const std::function<std::size_t(const Alert&)>& button, std::optional<std::string> text);
   [[nodiscard]] int grantedLevel(const Window& window) const;
 
   VirtualLoop& loop_;
   Application* application_ = nullptr;
+  std::function<void(const Window&)> windowLeftScreen_;
   std::vector<Screen> screens_;
   bool reducedMotion_ = false;
   bool grantsFloating_ = true;
@@ -121,8 +124,8 @@ class HeadlessWindowSystem final : public WindowSystem {
   const Window* keyHolder_ = nullptr;
   bool keyboardIsElsewhere_ = true;
   std::vector<Ordered> orders_;
-  std::deque<PendingAlert> alerts_;
-  std::uint64_t lastAlert_ = 0;
+  HeadlessSheets<Alert, AlertAnswer> alerts_;
+  HeadlessSheets<OpenPanel, ChosenFiles> openPanels_;
   int activations_ = 0;
   int beeps_ = 0;
   bool stopped_ = false;

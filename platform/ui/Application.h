@@ -9,6 +9,7 @@
 #include "platform/foundation/Url.h"
 #include "platform/foundation/WeakPtr.h"
 #include "platform/ui/Alert.h"
+#include "platform/ui/OpenPanel.h"
 #include "platform/ui/Screen.h"
 #include "platform/ui/Window.h"
 
@@ -45,6 +46,9 @@ class WindowSystem {
   /// Shows the alert on its window, or on its own without one, and answers once, asynchronously. When the
   /// window closes first the answer is the last button.
   virtual void showAlert(const Alert& alert, WeakPtr<Window> sheetOn, AlertCompletion completion) = 0;
+  /// The same for a question for files; a window that closes first counts as cancelled.
+  virtual void showOpenPanel(const OpenPanel& panel, WeakPtr<Window> sheetOn,
+                             OpenPanelCompletion completion) = 0;
   /// The person asked the desktop for less motion.
   [[nodiscard]] virtual bool prefersReducedMotion() const = 0;
   virtual void beep() = 0;
@@ -72,6 +76,9 @@ class Application {
   void activate() { windowSystem_.activate(); }
   void showAlert(const Alert& alert, WeakPtr<Window> sheetOn, AlertCompletion completion) {
     windowSystem_.showAlert(alert, sheetOn, std::move(completion));
+  }
+  void showOpenPanel(const OpenPanel& panel, WeakPtr<Window> sheetOn, OpenPanelCompletion completion) {
+    windowSystem_.showOpenPanel(panel, sheetOn, std::move(completion));
   }
   /// Tells the delegate that the application has started.
   void launch();

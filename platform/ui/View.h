@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -79,6 +80,11 @@ class View : public Weakable {
   void setPassesPointerThrough(bool passes);
   [[nodiscard]] Cursor cursor() const { return cursor_; }
   void setCursor(Cursor cursor);
+  /// Grows the area on which the view is told that the pointer entered and left it by this much on each
+  /// side, and makes that area count whatever lies above it. Without it, being entered means to be under the
+  /// pointer with nothing above.
+  [[nodiscard]] std::optional<double> trackingMargin() const { return trackingMargin_; }
+  void setTrackingMargin(double margin) { trackingMargin_ = margin; }
   /// A stable name for tests and assistive technology, as in "hovrel-webview".
   [[nodiscard]] const std::string& identifier() const { return identifier_; }
   void setIdentifier(std::string identifier);
@@ -130,6 +136,7 @@ class View : public Weakable {
   double alpha_ = 1;
   bool passesPointerThrough_ = false;
   Cursor cursor_ = Cursor::arrow;
+  std::optional<double> trackingMargin_;
   std::string identifier_;
   std::string accessibilityLabel_;
   std::unique_ptr<ViewPeer> peer_;

@@ -36,6 +36,24 @@ Rect Window::constrained(const Rect& frame) const {
 }
 
 void Window::setFrame(const Rect& frame) {
+  frameAnimation_.stop();
+  putFrame(frame);
+}
+
+void Window::animateFrame(const Rect& frame, const Animator& animator) {
+  constexpr double kDuration = 0.2;
+  const Rect from = frame_;
+  const Rect to = constrained(frame);
+  frameAnimation_ = animator.animate(kDuration, Animator::Curve::easeInOut, [this, from, to](double done) {
+    const auto between = [done](double a, double b) {
+      return done < 1 ? std::round(interpolate(a, b, done)) : b;
+    };
+    putFrame({{between(from.origin.x, to.origin.x), between(from.origin.y, to.origin.y)},
+              {between(from.size.width, to.size.width), between(from.size.height, to.size.height)}});
+  });
+}
+
+void Window::putFrame(const Rect& frame) {
   const Rect next = constrained(frame);
   if (next == frame_) return;
   takeFrame(next);
@@ -89,6 +107,9 @@ void Window::setContentAspectRatio(Size ratio) { change(attributes_.contentAspec
 void Window::setDarkAppearance(bool dark) { change(attributes_.darkAppearance, dark); }
 void Window::setMovableByBackground(bool movable) { change(attributes_.movableByBackground, movable); }
 void Window::setHasShadow(bool shadow) { change(attributes_.shadow, shadow); }
+void Window::setAlpha(double alpha) { change(attributes_.alpha, std::clamp(alpha, 0.0, 1.0)); }
+void Window::setOpaque(bool opaque) { change(attributes_.opaque, opaque); }
+void Window::setIgnoresMouseEvents(bool ignores) { change(attributes_.ignoresMouseEvents, ignores); }
 void Window::setIdentifier(std::string identifier) { change(attributes_.identifier, std::move(identifier)); }
 
 void Window::setMinSize(Size size) {
@@ -141,10 +162,32 @@ void Window::deminiaturize() {
   peer_->setMiniaturized(false);
 }
 
+void Window::zoom() {
+  const auto on = screen();
+  if (!on) return;
+  const Rect standard = standardFrame(on->visibleFrame);
+  const bool isZoomed = unzoomedFrame_ && frame_ == constrained(standard);
+  const Rect next = isZoomed ? *unzoomedFrame_ : standard;
+  unzoomedFrame_ = isZoomed ? std::nullopt : std::optional(frame_);
+  setFrame(next);
+}
+
+/// The largest frame with the window's aspect ratio, in the middle of the area.
+Rect Window::standardFrame(const Rect& area) const {
+  const Size ratio = attributes_.contentAspectRatio;
+  if (ratio.width <= 0 || ratio.height <= 0) return area;
+  const double scale = std::min(area.size.width / ratio.width, area.size.height / ratio.height);
+  const Size size{std::floor(ratio.width * scale), std::floor(ratio.height * scale)};
+  return {{area.minX() + std::floor((area.size.width - size.width) / 2),
+           area.minY() + std::floor((area.size.height - size.height) / 2)},
+          size};
+}
+
 void Window::close() {
   if (closed_) return;
   if (delegate_ && !delegate_->windowShouldClose(*this)) return;
   closed_ = true;
+  frameAnimation_.stop();
   if (delegate_) delegate_->windowWillClose(*this);
   orderOut();
   application_.windowRemoved(*this);

@@ -6,6 +6,7 @@
 
 #include "platform/foundation/Geometry.h"
 #include "platform/foundation/WeakPtr.h"
+#include "platform/ui/Animator.h"
 #include "platform/ui/Event.h"
 #include "platform/ui/Screen.h"
 #include "platform/ui/View.h"
@@ -81,6 +82,8 @@ class Window : public Weakable {
 
   [[nodiscard]] const Rect& frame() const { return frame_; }
   void setFrame(const Rect& frame);
+  /// Goes there in some steps; a frame that is set meanwhile ends that.
+  void animateFrame(const Rect& frame, const Animator& animator);
   void setFrameOrigin(Point origin) { setFrame({origin, frame_.size}); }
   /// In the middle of the visible area of its screen, a little above the centre.
   void center();
@@ -109,6 +112,15 @@ class Window : public Weakable {
   void setMovableByBackground(bool movable);
   [[nodiscard]] bool hasShadow() const { return attributes_.shadow; }
   void setHasShadow(bool shadow);
+  /// 0 invisible to 1 opaque, as far as the desktop can mix windows.
+  [[nodiscard]] double alpha() const { return attributes_.alpha; }
+  void setAlpha(double alpha);
+  /// A window that is not opaque shows what lies behind it where its views draw nothing.
+  [[nodiscard]] bool isOpaque() const { return attributes_.opaque; }
+  void setOpaque(bool opaque);
+  /// The pointer's events go to what lies behind the window.
+  [[nodiscard]] bool ignoresMouseEvents() const { return attributes_.ignoresMouseEvents; }
+  void setIgnoresMouseEvents(bool ignores);
   [[nodiscard]] const std::string& identifier() const { return attributes_.identifier; }
   void setIdentifier(std::string identifier);
 
@@ -128,6 +140,8 @@ class Window : public Weakable {
   void orderOut();
   void miniaturize();
   void deminiaturize();
+  /// To as much of its screen's visible area as its aspect ratio allows, or back to where it was before.
+  void zoom();
   /// Asks the delegate, then closes for good.
   void close();
   [[nodiscard]] bool isClosed() const { return closed_; }
@@ -154,6 +168,9 @@ class Window : public Weakable {
     bool darkAppearance = false;
     bool movableByBackground = false;
     bool shadow = true;
+    double alpha = 1;
+    bool opaque = true;
+    bool ignoresMouseEvents = false;
   };
   [[nodiscard]] const Attributes& attributes() const { return attributes_; }
   [[nodiscard]] WindowPeer* peer() const { return peer_.get(); }
@@ -164,6 +181,8 @@ class Window : public Weakable {
   void change(T& field, T value);
   [[nodiscard]] Rect constrained(const Rect& frame) const;
   void takeFrame(const Rect& frame);
+  void putFrame(const Rect& frame);
+  [[nodiscard]] Rect standardFrame(const Rect& area) const;
 
   Application& application_;
   Rect frame_;
@@ -175,6 +194,9 @@ class Window : public Weakable {
   WeakPtr<WindowDelegate> delegate_;
   std::unique_ptr<WindowPeer> peer_;
   std::unique_ptr<View> contentView_;
+  Animation frameAnimation_;
+  /// Where a zoomed window was.
+  std::optional<Rect> unzoomedFrame_;
 };
 
 /// A window that helps another task: it floats, and may stay out of the keyboard's way.

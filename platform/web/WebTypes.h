@@ -23,6 +23,17 @@ struct UrlRequest {
   double timeout = 60;
 };
 
+/// A window that a page asks for.
+struct PageWindowRequest {
+  /// Absent when the page names none.
+  std::optional<Url> url;
+  /// In points, when the page asks for them.
+  std::optional<double> width;
+  std::optional<double> height;
+  /// The page asks in answer to something that the person did.
+  bool isUserGesture = false;
+};
+
 /// Why a load failed, in the domains and codes that the application's rules are written in.
 struct WebError {
   static constexpr const char* kUrlDomain = "NSURLErrorDomain";
@@ -56,6 +67,9 @@ struct UserScript {
 struct ScriptMessage {
   std::string name;
   JsonValue body;
+  /// It is proved that the script runs in the main frame of the page that the web view shows. Known for
+  /// channels of the page's world that reply; false for all others.
+  bool isMainFrame = false;
 };
 
 }  // namespace velto

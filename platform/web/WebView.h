@@ -8,6 +8,7 @@
 #include <string_view>
 
 #include "platform/foundation/WeakPtr.h"
+#include "platform/ui/OpenPanel.h"
 #include "platform/ui/View.h"
 #include "platform/web/DataStore.h"
 #include "platform/web/UrlScheme.h"
@@ -46,6 +47,18 @@ class UIDelegate : public Weakable {
   /// page's own message is not passed on.
   virtual void runBeforeUnloadConfirmPanel(WebView& webView, const std::optional<Url>& page,
                                            std::function<void(bool)> completion) = 0;
+  virtual void runJavaScriptAlertPanel(WebView& webView, const std::string& message,
+                                       std::function<void()> completion) = 0;
+  virtual void runJavaScriptConfirmPanel(WebView& webView, const std::string& message,
+                                         std::function<void(bool)> completion) = 0;
+  /// An absent answer is a cancelled one.
+  virtual void runJavaScriptTextInputPanel(WebView& webView, const std::string& prompt,
+                                           const std::string& defaultText,
+                                           std::function<void(std::optional<std::string>)> completion) = 0;
+  /// The page gets a window that is closed already, and never a link to what is opened in its stead.
+  virtual void createWebView(WebView& webView, const PageWindowRequest& request) = 0;
+  virtual void runOpenPanel(WebView& webView, const OpenPanel& parameters,
+                            OpenPanelCompletion completion) = 0;
 };
 
 /// What a web view is made with.
@@ -79,6 +92,9 @@ class WebView : public View {
   /// Each gives the navigation that it started, or nothing when the engine did not take it.
   virtual std::optional<Navigation> load(const UrlRequest& request) = 0;
   virtual std::optional<Navigation> loadHtml(std::string_view html, const std::optional<Url>& baseUrl) = 0;
+  /// Shows the text in place of the page at the address, which could not be shown. The web view has that
+  /// address then, and a link to it or a reload loads it.
+  virtual std::optional<Navigation> loadSubstitute(std::string_view html, const Url& address) = 0;
   virtual std::optional<Navigation> reload() = 0;
   virtual std::optional<Navigation> goBack() = 0;
   virtual std::optional<Navigation> goForward() = 0;

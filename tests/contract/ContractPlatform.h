@@ -2,20 +2,20 @@
 
 #include <chrono>
 #include <cstddef>
+#include <filesystem>
 #include <functional>
 #include <optional>
 #include <stdexcept>
 #include <string>
 #include <system_error>
 #include <thread>
+#include <vector>
 
 #include <gtest/gtest.h>
 
 #ifdef VELTO_CONTRACT_HEADLESS
 #include "platform/headless/HeadlessPlatform.h"
 #else
-#include <filesystem>
-
 #include <stdlib.h>
 
 #include "platform/gtk/GtkPlatform.h"
@@ -53,6 +53,14 @@ class ContractPlatform {
     headless_.windowSystem().answerAlert(button, text);
   }
 
+  /// Answers the question for files that was shown first; without files it is cancelled.
+  void answerOpenPanel(const std::optional<std::vector<std::filesystem::path>>& files) {
+    headless_.windowSystem().answerOpenPanel(files);
+  }
+
+  /// The point is in the window's content.
+  void movePointer(Window& window, Point point) { headless_.input().moveMouse(window, point); }
+
  private:
   HeadlessPlatform headless_;
 };
@@ -85,6 +93,27 @@ class ContractPlatform {
     ASSERT_TRUE(alert->click(button)) << "no button " << button;
   }
 
+  /// Answers the question for files that was shown first; without files it is cancelled.
+  void answerOpenPanel(const std::optional<std::vector<std::filesystem::path>>& files) {
+    GtkOpenPanel* const panel = gtk().windowSystem().oldestOpenPanel();
+    ASSERT_NE(panel, nullptr) << "no question for files is shown";
+    if (files) {
+      panel->choose(*files);
+    } else {
+      panel->dismiss();
+    }
+  }
+
+  /// The point is in the window's content.
+  void movePointer(Window& window, Point point) {
+    const Rect screen = platform().application.mainScreen()->frame;
+    GdkDisplay* const display = gdk_display_get_default();
+    gdk_device_warp(gdk_seat_get_pointer(gdk_display_get_default_seat(display)),
+                    gdk_display_get_default_screen(display),
+                    static_cast<int>(window.frame().minX() + point.x),
+                    static_cast<int>(screen.maxY() - window.frame().minY() - point.y));
+  }
+
  private:
   /// Folders that are gone when the process ends.
   class TemporaryHome {
@@ -112,6 +141,7 @@ class ContractPlatform {
 
   static Environment environment(const std::filesystem::path& home) {
     Environment made = readEnvironment(0, nullptr);
+    made.resourcesDirectory = std::filesystem::path(VELTO_SOURCE_DIR) / "resources";
     made.applicationSupportDirectory = home / "data";
     made.preferencesDirectory = home / "preferences";
     made.cacheDirectory = home / "cache";

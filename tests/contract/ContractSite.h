@@ -21,6 +21,8 @@ struct ContractPage {
   bool beforeUnload = false;
   /// Another path that the server sends the load to.
   std::string redirectTo = {};
+  /// More of the page; for engines.
+  std::string html = {};
 };
 
 /// A web site for both backends, and what its visitors and their pages do. Headless it is scripted pages,

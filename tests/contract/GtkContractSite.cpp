@@ -17,7 +17,7 @@ GtkWidget* widgetOf(WebView& webView) { return dynamic_cast<NativeWidgetView&>(w
 std::string bodyOf(const ContractPage& page) {
   const std::string asks =
       page.beforeUnload ? "<script>onbeforeunload = e => { e.preventDefault() }</script>" : "";
-  return "<!doctype html><title>" + page.title + "</title>" + asks + "<p>" + page.title;
+  return "<!doctype html><title>" + page.title + "</title>" + asks + "<p>" + page.title + page.html;
 }
 
 LoopbackServer::Response responseTo(const std::optional<ContractPage>& page) {

@@ -58,7 +58,7 @@ TEST_F(WebViewContract, failsProvisionallyWhereNothingListens) {
 
 TEST_F(WebViewContract, failsAfterTheCommitWhenThePageIsCutOff) {
   const auto number = load(site.add("/cut", {.title = "Cut", .answer = ContractPage::Answer::cutOff}));
-  ASSERT_TRUE(waitFor(line("fail", number, " -1005"))) << testing::PrintToString(recorder.log);
+  ASSERT_TRUE(waitFor(line("fail", number, " -1005")));
   EXPECT_THAT(recorder.log,
               ElementsAre(line("start", number), line("commit", number), line("fail", number, " -1005")));
 }
@@ -138,6 +138,44 @@ TEST_F(WebViewContract, showsTextAsAPageOfItsAddress) {
               ElementsAre(line("start", number), line("commit", number), line("finish", number)));
   EXPECT_EQ(webView->url(), base);
   EXPECT_EQ(webView->title(), "Text");
+}
+
+TEST_F(WebViewContract, showsATextInPlaceOfAPageThatCouldNotBeShown) {
+  const Url page = site.add("/a", {.title = "First"});
+  const Url part = Url::parse(page.absoluteString() + "#part").value();
+  const std::vector<std::pair<const char*, std::function<void()>>> waysOut = {
+      {"a link", [&] { site.follow(*webView, page); }},
+      {"a link into the page", [&] { site.follow(*webView, part); }},
+      {"reload", [&] { webView->reload(); }},
+      {"load", [&] { load(page); }},
+      {"load a part", [&] { load(part); }}};
+  visit(site.add("/before", {.title = "Before"}));
+  for (const auto& [way, leave] : waysOut) {
+    std::uint64_t shown = 0;
+    recorder.onEvent = [&](WebView& view, const std::string& event) {
+      if (event.starts_with("fail"))
+        shown = view.loadSubstitute("<title>Failed</title>Sorry", page).value().number;
+    };
+    const auto failed = load(site.refused());
+    ASSERT_TRUE(contract.runUntil([&] { return shown != 0; }));
+    EXPECT_EQ(webView->url(), page) << way;
+    ASSERT_TRUE(waitFor(line("finish", shown))) << way << testing::PrintToString(recorder.log);
+    EXPECT_THAT(recorder.take(),
+                ElementsAre(line("start", failed), line("fail provisionally", failed, " -1004"),
+                            line("start", shown), line("commit", shown), line("finish", shown)))
+        << way;
+    EXPECT_EQ(webView->url(), page) << way;
+    EXPECT_EQ(webView->title(), "Failed") << way;
+    EXPECT_TRUE(webView->canGoBack());
+
+    leave();
+    EXPECT_TRUE(contract.runUntil([&] { return webView->title() == "First" && !webView->isLoading(); }))
+        << way;
+    EXPECT_EQ(webView->url()->withoutFragment(), page) << way;
+    recorder.onEvent = nullptr;
+    contract.runUntil([] { return false; }, 0.12);
+    recorder.take();
+  }
 }
 
 TEST_F(WebViewContract, staysOnAPageThatIsNotToBeLeft) {

@@ -1,3 +1,4 @@
+#include <filesystem>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -118,11 +119,27 @@ TEST_F(WindowContract, QuickFramesEndInTheLastOne) {
     window->setFrame({{100.0 + 3 * i, 100.0 + 2 * i}, {300.0 + i, 200.0 + i}});
     letPass(0.005);
   }
-  const Rect last{{250, 200}, {350, 250}};
+  Rect last{{250, 200}, {350, 250}};
   EXPECT_EQ(window->frame(), last);
   settle();
   EXPECT_EQ(window->frame(), last);
   EXPECT_EQ(window->log.size(), 100U);
+  for (int i = 0; i < 3000; ++i) {
+    last.origin.x = 100 + i % 70;
+    window->setFrame(last);
+  }
+  settle();
+  EXPECT_EQ(window->frame(), last);
+}
+
+TEST_F(WindowContract, FractionsOfAUnitAreKept) {
+  auto window = makeKey({{100, 100}, {300, 200}});
+  for (const Rect& frame : {Rect{{100, 100.75}, {300, 168.75}}, Rect{{100.5, 99.5}, {299.5, 168.46875}},
+                            Rect{{100.25, 100}, {533.3333333, 300}}}) {
+    window->setFrame(frame);
+    settle();
+    EXPECT_EQ(window->frame(), frame);
+  }
 }
 
 TEST_F(WindowContract, MinimumSizeHolds) {
@@ -256,6 +273,83 @@ TEST_F(WindowContract, MiniaturizedWindowGivesUpTheKeyboardUntilItIsBack) {
   EXPECT_EQ(window->frame(), (Rect{{100, 100}, {300, 200}}));
 }
 
+TEST_F(WindowContract, ZoomFillsTheVisibleAreaAndComesBack) {
+  const Rect before{{100, 100}, {300, 200}};
+  auto window = makeKey(before);
+  for (const Rect& frame : {application().mainScreen()->visibleFrame, before}) {
+    window->zoom();
+    settle();
+    EXPECT_EQ(window->frame(), frame);
+  }
+}
+
+TEST_F(WindowContract, TransparentPanelComesUpInItsPlaceAndDisturbsNobody) {
+  auto holder = makeKey({{300, 300}, {300, 200}});
+  auto panel = make({{320, 360}, {200, 40}}, style_mask::kNonactivatingPanel);
+  panel->setContentView(std::make_unique<View>());
+  panel->setOpaque(false);
+  panel->setIgnoresMouseEvents(true);
+  panel->setLevel(kFloatingWindowLevel);
+  panel->setCollectionBehavior(337);
+  panel->setAlpha(0);
+  for (int round = 0; round < 2; ++round) {
+    panel->orderFrontRegardless();
+    for (int step = 1; step <= 10; ++step) {
+      panel->setAlpha(0.1 * step);
+      letPass(0.01);
+    }
+    settle();
+    EXPECT_EQ(panel->frame(), (Rect{{320, 360}, {200, 40}}));
+    EXPECT_EQ(panel->grantedLevel(), kFloatingWindowLevel);
+    EXPECT_TRUE(holder->isKey());
+    panel->setAlpha(0);
+    panel->orderOut();
+    settle();
+  }
+  EXPECT_THAT(holder->log, IsEmpty());
+  EXPECT_THAT(panel->log, IsEmpty());
+}
+
+/// Writes down when the pointer comes and goes.
+class Entered final : public View {
+ public:
+  Entered(const Rect& frame, std::vector<std::string>& log) : View(frame), log_(log) {}
+  void mouseEntered(const MouseEvent&) override { log_.emplace_back("in"); }
+  void mouseExited(const MouseEvent&) override { log_.emplace_back("out"); }
+
+ private:
+  std::vector<std::string>& log_;
+};
+
+TEST_F(WindowContract, ViewsFollowThePointerBelowOthersAndUntilTheWindowGoes) {
+  auto other = makeKey({{500, 100}, {300, 200}});
+  auto window = makeKey({{100, 100}, {300, 200}});
+  std::vector<std::string> log;
+  window->setContentView(std::make_unique<View>());
+  auto& lights = window->contentView()->addSubview(std::make_unique<Entered>(Rect{{20, 150}, {40, 12}}, log));
+  lights.setTrackingMargin(4);
+  window->contentView()->addSubview(std::make_unique<View>(Rect{{0, 0}, {300, 200}}));
+  settle();
+  const auto leaveBy = [&](const char* how, const std::function<void()>& leave) {
+    window->makeKeyAndOrderFront();
+    EXPECT_TRUE(contract.runUntil([&] { return window->isKey(); }));
+    settle();
+    contract.movePointer(*window, {100, 100});
+    settle();
+    log.clear();
+    contract.movePointer(*window, {17, 155});
+    EXPECT_TRUE(contract.runUntil([&] { return !log.empty(); })) << how;
+    leave();
+    settle();
+    EXPECT_THAT(log, ElementsAre("in", "out")) << how;
+  };
+  leaveBy("moving on", [&] { contract.movePointer(*window, {15, 155}); });
+  leaveBy("another window", [&] { contract.movePointer(*other, {10, 10}); });
+  leaveBy("putting away", [&] { window->miniaturize(); });
+  leaveBy("hiding", [&] { window->orderOut(); });
+  leaveBy("closing", [&] { window->close(); });
+}
+
 class AlertContract : public WindowContract {
  protected:
   void show(const Alert& alert, Window* window) {
@@ -314,6 +408,31 @@ TEST_F(AlertContract, ClosingTheWindowAnswersWithTheLastButton) {
   other.reset();
   ASSERT_TRUE(runUntilAnswered(2));
   EXPECT_EQ(answers[1].button, 2U);
+}
+
+TEST_F(AlertContract, FilesAreChosenOrNot) {
+  using Files = std::optional<std::vector<std::filesystem::path>>;
+  const std::vector<Files> given{Files({"/etc/hostname"}), std::nullopt,
+                                 Files({"/etc/hostname", "/etc/passwd"})};
+  std::vector<Files> chosen;
+  auto window = makeKey({{100, 100}, {400, 300}});
+  const std::vector<std::string> types{"image/*", "text/plain", "no type", "a/b/c", std::string(100000, 'x')};
+  const auto ask = [&](bool directories) {
+    application().showOpenPanel({true, directories, types}, window.get(),
+                                [&](const Files& files) { chosen.push_back(files); });
+  };
+  for (const Files& answer : given) {
+    ask(chosen.size() == 1);
+    letPass(0.2);
+    contract.answerOpenPanel(answer);
+  }
+  EXPECT_TRUE(contract.runUntil([&] { return chosen.size() == 3; }));
+  EXPECT_EQ(chosen, given);
+  ask(false);
+  letPass(0.2);
+  window->close();
+  EXPECT_TRUE(contract.runUntil([&] { return chosen.size() == 4; }));
+  EXPECT_EQ(chosen.back(), std::nullopt);
 }
 
 TEST_F(AlertContract, AlertKeepsTheApplicationActive) {

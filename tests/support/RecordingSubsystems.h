@@ -42,6 +42,8 @@ class FakeControlBarView : public ControlBarView {
   std::optional<std::string> address;
 
   void setPageZoom(double zoom) override { log_.push_back("bar: zoom " + textOf(zoom)); }
+  void loadStarted() override { log_.push_back("bar: load started"); }
+  void setPageAddress(const Url& url) override { log_.push_back("bar: page " + url.absoluteString()); }
   void setPrivate(bool isPrivate) override {
     log_.push_back(isPrivate ? "bar: private" : "bar: not private");
   }
@@ -131,6 +133,9 @@ class RecordingSubsystems {
   struct FakeHistory : History {
     explicit FakeHistory(Self self) : all(self) {}
     void prepare(UserDefaults&) override { all.note("history: prepare"); }
+    void recordVisit(const Url& url, const std::string& title) override {
+      all.note("history: visit " + url.absoluteString() + " " + title);
+    }
     void show(const std::optional<std::string>& domain) override {
       all.note("history: show " + textOf(domain));
     }
@@ -167,7 +172,8 @@ class RecordingSubsystems {
   };
   struct FakeToasts : Toasts {
     explicit FakeToasts(Self self) : all(self) {}
-    void show(const std::string& text) override { all.note("toast: " + text); }
+    using Toasts::show;
+    void show(const std::string& text, const Window*) override { all.note("toast: " + text); }
     Self all;
   };
   struct FakeFurniture : WindowFurniture {
@@ -195,7 +201,7 @@ class RecordingSubsystems {
   };
   struct FakeContent : PageContent {
     explicit FakeContent(Self self) : all(self) {}
-    std::shared_ptr<UserContentController> makeUserContentController() override {
+    std::shared_ptr<UserContentController> makeUserContentController(PageWindows&) override {
       auto controller = std::make_shared<UserContentController>();
       for (const char* name : {"velto", "windowDrag", "windowResize", "veltoScroll", "veltoWindow"}) {
         controller->addMessageHandler(name, [this, name](WebView&, const ScriptMessage&) {

@@ -6,7 +6,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "app/pages/PageNavigation.h"
+#include "app/pages/FailurePage.h"
 #include "tests/support/TestApplication.h"
 
 namespace velto {

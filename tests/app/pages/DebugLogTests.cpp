@@ -43,6 +43,16 @@ TEST(DebugLog, aMissingFileStartsWithTheMessage) {
   EXPECT_EQ(app.headless.files().read(kFile), "2024-01-02 03:04:05 +0000: [Nav] hello\n");
 }
 
+TEST(DebugLog, keepsToOneLineAndToAnEnd) {
+  TestApplication app;
+  AppDelegate& delegate = app.make();
+  delegate.debugLog().log("a\nb\r\tc\x7F“d”");
+  EXPECT_EQ(app.headless.files().read(kFile), "2024-01-02 03:04:05 +0000: [Nav] a b  c “d”\n");
+  const std::string endless(1U << 20U, 'x');
+  delegate.debugLog().log(endless);
+  EXPECT_LT(app.headless.files().read(kFile).size(), 10000U);
+}
+
 TEST(DebugLog, nothingHappensWithoutADocumentsFolder) {
   TestApplication app;
   app.headless.environment().documentsDirectory.reset();

@@ -1,3 +1,6 @@
+#include <filesystem>
+#include <iterator>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -55,6 +58,183 @@ TEST(PageDialogs, belongToTheWindowOfTheirPage) {
   panel.close();
   app.settleDown();
   EXPECT_THAT(answers, ElementsAre(false)) << "the window went, and the question with it";
+}
+
+/// An application with one window, and what its page was answered.
+class PageQuestionsTest : public ::testing::Test {
+ public:
+  PageQuestionsTest() {
+    app_.settle();
+    panel_ = app_.showWindow("https://a.example/");
+  }
+
+  HeadlessWebView& page() { return TestApplication::pageOf(*panel_); }
+  HeadlessWindowSystem& desktop() { return app_.headless.windowSystem(); }
+  void alert() {
+    page().alert("!", [this] { answers_.emplace_back("closed"); });
+  }
+  void confirm() {
+    page().confirm("?", [this](bool yes) { answers_.emplace_back(yes ? "yes" : "no"); });
+  }
+  void prompt() {
+    page().prompt("Name?", "Ann", [this](const std::optional<std::string>& text) {
+      answers_.push_back(text ? "text " + *text : "no text");
+    });
+  }
+  void chooseFiles(const OpenPanel& parameters) {
+    page().chooseFiles(parameters, [this](const HeadlessWindowSystem::ChosenFiles& files) {
+      std::string names = files ? "files" : "no files";
+      for (const auto& file : files.value_or(std::vector<std::filesystem::path>()))
+        names += " " + file.string();
+      answers_.push_back(names);
+    });
+  }
+  /// `while (true) alert()`
+  void alertForEver() {
+    page().alert("again", [this] {
+      answers_.emplace_back("closed");
+      if (answers_.size() < kFarTooMany) alertForEver();
+    });
+  }
+  std::string debugLog() { return app_.headless.files().read("/home/p/Documents/urlbar_debug.txt"); }
+
+  static constexpr std::size_t kFarTooMany = 1000;
+  TestApplication app_;
+  WeakPtr<HovrelPanel> panel_;
+  std::vector<std::string> answers_;
+};
+
+TEST_F(PageQuestionsTest, reachThePersonAndComeBack) {
+  const struct {
+    void (PageQuestionsTest::*ask)();
+    const char* message;
+    std::vector<std::string> buttons;
+    std::optional<std::string> field;
+    std::size_t button;
+    std::optional<std::string> typed;
+    const char* answer;
+  } cases[] = {
+      {&PageQuestionsTest::alert, "!", {"OK"}, {}, 0, {}, "closed"},
+      {&PageQuestionsTest::confirm, "?", {"OK", "Cancel"}, {}, 0, {}, "yes"},
+      {&PageQuestionsTest::confirm, "?", {"OK", "Cancel"}, {}, 1, {}, "no"},
+      {&PageQuestionsTest::prompt, "Name?", {"OK", "Cancel"}, "Ann", 0, {}, "text Ann"},
+      {&PageQuestionsTest::prompt, "Name?", {"OK", "Cancel"}, "Ann", 0, "", "text "},
+      {&PageQuestionsTest::prompt, "Name?", {"OK", "Cancel"}, "Ann", 1, "Bob", "no text"},
+  };
+  for (const auto& c : cases) {
+    (this->*c.ask)();
+    app_.settleDown();
+    ASSERT_EQ(desktop().alerts().size(), 1U);
+    const Alert alert = desktop().alerts().front();
+    EXPECT_EQ(alert.style, Alert::Style::informational);
+    EXPECT_EQ(alert.messageText, c.message);
+    EXPECT_EQ(alert.informativeText, "");
+    EXPECT_EQ(alert.buttons, c.buttons);
+    EXPECT_EQ(alert.textField, c.field);
+    desktop().answerAlert(c.button, c.typed);
+    app_.settleDown();
+    EXPECT_EQ(answers_.back(), c.answer);
+  }
+  EXPECT_EQ(answers_.size(), std::size(cases));
+}
+
+TEST_F(PageQuestionsTest, forFilesToo) {
+  chooseFiles({.allowsMultipleSelection = true, .choosesDirectories = true, .mimeTypes = {"image/*"}});
+  chooseFiles({});
+  app_.settleDown();
+  ASSERT_EQ(desktop().openPanels().size(), 2U);
+  const OpenPanel shown = desktop().openPanels().front();
+  EXPECT_TRUE(shown.allowsMultipleSelection && shown.choosesDirectories);
+  EXPECT_THAT(shown.mimeTypes, ElementsAre("image/*"));
+  desktop().answerOpenPanel(std::vector<std::filesystem::path>{"/a", "/b"});
+  desktop().answerOpenPanel(std::nullopt);
+  app_.settleDown();
+  EXPECT_THAT(answers_, ElementsAre("files /a /b", "no files"));
+}
+
+TEST_F(PageQuestionsTest, areCancelledWhenTheWindowIsToClose) {
+  ScriptedPage asks;
+  asks.beforeUnload = true;
+  app_.headless.webEngine().setPage("https://a.example/", asks);
+  panel_ = app_.showWindow("https://a.example/");
+  alert();
+  confirm();
+  prompt();
+  chooseFiles({});
+  app_.settleDown();
+  EXPECT_TRUE(answers_.empty());
+  panel_->close();
+  app_.settleDown();
+  EXPECT_THAT(answers_, ElementsAre("closed", "no", "no text", "no files"));
+
+  confirm();
+  app_.settleDown();
+  EXPECT_THAT(answers_, testing::Contains("no").Times(2)) << "unseen";
+  while (desktop().alerts().size() > 1) desktop().answerAlert(0);
+  desktop().answerOpenPanel(std::vector<std::filesystem::path>{"/a"});
+  EXPECT_EQ(desktop().alerts().front().messageText, "Are you sure you want to leave this page?");
+  desktop().answerAlert("Stay on Page");
+  app_.settleDown();
+  EXPECT_EQ(answers_.size(), 5U) << "what the person says to the old ones is too late";
+
+  confirm();
+  app_.settleDown();
+  EXPECT_EQ(desktop().alerts().size(), 1U) << "the window stays, and its page may ask again";
+  desktop().answerAlert("OK");
+  app_.settleDown();
+  EXPECT_EQ(answers_.back(), "yes");
+}
+
+TEST_F(PageQuestionsTest, withoutEndDoNotKeepTheWindow) {
+  ScriptedPage asks;
+  asks.beforeUnload = true;
+  app_.headless.webEngine().setPage("https://a.example/", asks);
+  panel_ = app_.showWindow("https://a.example/");
+  // Its script never ends, so its process never comes to the question whether to leave.
+  alertForEver();
+  app_.settleDown();
+  EXPECT_EQ(desktop().alerts().size(), 1U);
+  panel_->close();
+  app_.settleDown();
+  EXPECT_FALSE(panel_);
+  EXPECT_LT(answers_.size(), 20U);
+}
+
+TEST_F(PageQuestionsTest, ofAWindowThatClosedAreAnsweredOnce) {
+  confirm();
+  app_.settleDown();
+  const WeakPtr<HovrelPanel> weak = panel_;
+  panel_->close();
+  app_.settleDown();
+  EXPECT_FALSE(weak);
+  EXPECT_LE(answers_.size(), 1U);
+}
+
+TEST_F(PageQuestionsTest, areRefusedWhenThereAreTooMany) {
+  const auto answerAll = [this] {
+    int shown = 0;
+    for (app_.settleDown(); !desktop().alerts().empty(); app_.settleDown(), ++shown) desktop().answerAlert(0);
+    return shown;
+  };
+  alertForEver();
+  EXPECT_EQ(answerAll(), 20);
+  EXPECT_EQ(answers_.size(), kFarTooMany) << "the page goes on, unseen";
+  const std::string line = "refusing the dialogs of https://a.example/, which shows too many\n";
+  EXPECT_THAT(debugLog(), testing::EndsWith(line));
+  EXPECT_EQ(debugLog().find(line), debugLog().rfind(line)) << "it is said once";
+
+  confirm();
+  EXPECT_EQ(answerAll(), 0);
+  EXPECT_EQ(answers_.back(), "no");
+  page().clickLink("https://b.example/");
+  app_.settleDown();
+  confirm();
+  EXPECT_EQ(answerAll(), 1) << "another page";
+  for (int i = 0; i < 30; ++i) alert();
+  EXPECT_EQ(answerAll(), 19);
+  app_.headless.advance(10);
+  confirm();
+  EXPECT_EQ(answerAll(), 1) << "time has passed";
 }
 
 }  // namespace

@@ -191,7 +191,7 @@ TEST(Closing, takesTheWindowApartOnce) {
   EXPECT_TRUE(third->isVisible());
   EXPECT_EQ(app.headless.application().windows().size(), 2U);
   EXPECT_EQ(app.headless.webEngine().webViews().size(), 2U);
-  EXPECT_THAT(app.log(), ElementsAre("engine: load about:blank", "engine: stopLoading",
+  EXPECT_THAT(app.log(), ElementsAre("engine: load about:blank", "bar: load started", "engine: stopLoading",
                                      "engine: load about:blank", "sessions: schedule"));
   const auto left = controller->channels();
   ASSERT_EQ(left.size(), 1U);
@@ -218,6 +218,7 @@ class RefusingWebView : public WebView {
   std::optional<Navigation> loadHtml(std::string_view, const std::optional<Url>&) override {
     return std::nullopt;
   }
+  std::optional<Navigation> loadSubstitute(std::string_view, const Url&) override { return std::nullopt; }
   std::optional<Navigation> reload() override { return std::nullopt; }
   std::optional<Navigation> goBack() override { return std::nullopt; }
   std::optional<Navigation> goForward() override { return std::nullopt; }

@@ -105,7 +105,19 @@ TEST_F(HeadlessInputTest, APressBubblesAndItsUserGetsDragAndRelease) {
   input.release(window, {1, 1});
   input.drag(window, {2, 2});
   EXPECT_EQ(take(), (Log{"outer drag 89,-5 screen 199,205", "outer drag 110,20 screen 120,30",
-                         "outer up -9,-9 screen 1,1"}));
+                         "outer up -9,-9 screen 1,1", "inner exited", "outer exited"}));
+}
+
+TEST_F(HeadlessInputTest, ThePointerIsInNoWindowThatLeavesTheScreen) {
+  for (const std::string how : {"order out", "put away", "close"}) {
+    input.moveMouse(window, {50, 50});
+    take();
+    if (how == "order out") window.orderOut();
+    if (how == "put away") window.miniaturize();
+    if (how == "close") window.close();
+    EXPECT_EQ(take(), (Log{"outer exited", "root exited"})) << how;
+    window.makeKeyAndOrderFront();
+  }
 }
 
 TEST_F(HeadlessInputTest, AnUnusedPressMovesAWindowThatIsMovableByItsBackground) {

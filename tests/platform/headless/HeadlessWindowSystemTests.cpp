@@ -184,6 +184,31 @@ TEST_F(HeadlessAlertTest, AClosingWindowAnswersWithTheLastButton) {
   desktop.answerAlert(0);
 }
 
+TEST_F(HeadlessAlertTest, QuestionsForFilesAreAnsweredTheSameWay) {
+  using Files = HeadlessWindowSystem::ChosenFiles;
+  std::vector<Files> chosen;
+  const auto choose = [&](bool several, Window* on = nullptr) {
+    application().showOpenPanel({several, false, {"image/*"}}, on,
+                                [&](const Files& f) { chosen.push_back(f); });
+  };
+  auto window = make();
+  window->orderFrontRegardless();
+  choose(false);
+  choose(true, window.get());
+  choose(true);
+  choose(true, window.get());
+  EXPECT_EQ(desktop.openPanels().size(), 4U);
+  EXPECT_THROW(desktop.answerOpenPanel(Files({"/a", "/b"})), std::logic_error) << "it asks for one";
+  desktop.answerOpenPanel(Files({"/a"}));
+  desktop.answerOpenPanel(Files({"/a", "/b"}));
+  desktop.answerOpenPanel(std::nullopt);
+  window->close();
+  EXPECT_TRUE(chosen.empty()) << "answers are asynchronous";
+  headless.advance();
+  EXPECT_EQ(chosen, (std::vector<Files>{Files({"/a"}), Files({"/a", "/b"}), std::nullopt, std::nullopt}));
+  EXPECT_THROW(desktop.answerOpenPanel(std::nullopt), std::logic_error);
+}
+
 TEST(HeadlessAlerts, OneThatNobodyAnswersIsReportedAtTheEnd) {
   std::vector<std::string> failures;
   {
@@ -198,11 +223,13 @@ TEST(HeadlessAlerts, OneThatNobodyAnswersIsReportedAtTheEnd) {
                                        [](const AlertAnswer&) {});
     }
     headless.windowSystem().answerAlert("OK");
+    headless.application().showOpenPanel({}, nullptr, [](const auto&) {});
     window.reset();
   }
   EXPECT_EQ(failures,
             (std::vector<std::string>{"Nobody answered the alert \"on a window that goes with the test\"",
-                                      "Nobody answered the alert \"forgotten\""}));
+                                      "Nobody answered the alert \"forgotten\"",
+                                      "Nobody answered the question for files"}));
 }
 
 TEST(HeadlessAlertsDeathTest, WithoutATestToTellTheProcessEnds) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -32,12 +33,41 @@ class PageRecorder final : public NavigationDelegate, public UIDelegate {
     log.emplace_back("asked");
     questions.push_back(std::move(completion));
   }
+  void runJavaScriptAlertPanel(WebView&, const std::string& text, std::function<void()> completion) override {
+    log.push_back("alert " + text);
+    alerts.push_back(std::move(completion));
+  }
+  void runJavaScriptConfirmPanel(WebView&, const std::string& text,
+                                 std::function<void(bool)> completion) override {
+    log.push_back("confirm " + text);
+    questions.push_back(std::move(completion));
+  }
+  void runJavaScriptTextInputPanel(WebView&, const std::string& text, const std::string& defaultText,
+                                   std::function<void(std::optional<std::string>)> completion) override {
+    log.push_back("prompt " + text + " [" + defaultText + "]");
+    prompts.push_back(std::move(completion));
+  }
+  void createWebView(WebView&, const PageWindowRequest& request) override {
+    log.push_back("window " + (request.url ? request.url->absoluteString() : "-"));
+    windows.push_back(request);
+  }
+  void runOpenPanel(WebView&, const OpenPanel& parameters, OpenPanelCompletion completion) override {
+    log.emplace_back("files");
+    panels.push_back(parameters);
+    fileQuestions.push_back(std::move(completion));
+  }
 
   /// What was written down since the last call.
   std::vector<std::string> take() { return std::exchange(log, {}); }
 
   std::vector<std::string> log;
+  /// Of leaving a page and of `confirm`.
   std::vector<std::function<void(bool)>> questions;
+  std::vector<std::function<void()>> alerts;
+  std::vector<std::function<void(std::optional<std::string>)>> prompts;
+  std::vector<PageWindowRequest> windows;
+  std::vector<OpenPanel> panels;
+  std::vector<OpenPanelCompletion> fileQuestions;
   WebError lastError;
   /// Called from within each navigation event with its line.
   std::function<void(WebView&, const std::string&)> onEvent;

@@ -203,6 +203,7 @@ TEST_F(WindowTest, TellsThePeerOfRealChangesOnly) {
     [[nodiscard]] std::vector<Screen> screens() const override { return {}; }
     void activate() override {}
     void showAlert(const Alert&, WeakPtr<Window>, AlertCompletion) override {}
+    void showOpenPanel(const OpenPanel&, WeakPtr<Window>, OpenPanelCompletion) override {}
     [[nodiscard]] bool prefersReducedMotion() const override { return false; }
     void beep() override {}
     void stop() override {}
@@ -216,8 +217,57 @@ TEST_F(WindowTest, TellsThePeerOfRealChangesOnly) {
     window.setMinSize({5, 5});
     window.setDarkAppearance(true);
     window.setIdentifier("hovrel-window");
+    window.setAlpha(round == 0 ? -3 : 0);
+    window.setOpaque(false);
+    window.setIgnoresMouseEvents(true);
   }
-  EXPECT_EQ(system.changes, 5);
+  EXPECT_EQ(system.changes, 8);
+}
+
+TEST_F(WindowTest, ZoomsToItsScreenAndBack) {
+  const Rect before{{100, 100}, {400, 300}};
+  const struct {
+    Size ratio;
+    Rect zoomed;
+  } cases[] = {{{0, 0}, {{0, 0}, {1920, 1053}}},
+               {{16, 9}, {{24, 0}, {1872, 1053}}},
+               {{1, 2}, {{697, 0}, {526, 1053}}}};
+  for (const auto& c : cases) {
+    const auto window = make(before);
+    window->setContentAspectRatio(c.ratio);
+    window->zoom();
+    EXPECT_EQ(window->frame(), c.zoomed) << c.ratio.width;
+    window->zoom();
+    EXPECT_EQ(window->frame(), before) << c.ratio.width;
+    window->zoom();
+    window->setFrame({{7, 8}, {90, 80}});
+    window->zoom();
+    EXPECT_EQ(window->frame(), c.zoomed) << "from where the person put it";
+  }
+  headless.windowSystem().setScreens({});
+  const auto window = make(before);
+  window->zoom();
+  EXPECT_EQ(window->frame(), before);
+}
+
+TEST_F(WindowTest, GoesToAFrameInStepsUntilAnotherIsSet) {
+  const Animator animator(headless.loop(), headless.loop(), headless.windowSystem());
+  const auto window = make({{0, 0}, {400, 300}});
+  window->animateFrame({{100, 50}, {200.5, 300}}, animator);
+  headless.advance(0.105);
+  EXPECT_EQ(window->frame(), (Rect{{50, 25}, {300, 300}})) << "in whole units on the way";
+  headless.advance(1);
+  EXPECT_EQ(window->frame(), (Rect{{100, 50}, {200.5, 300}}));
+  window->animateFrame({{0, 0}, {400, 300}}, animator);
+  headless.advance(0.1);
+  window->setFrameOrigin({5, 5});
+  const Rect last = window->frame();
+  headless.advance(1);
+  EXPECT_EQ(window->frame(), last);
+  window->animateFrame({{0, 0}, {400, 300}}, animator);
+  window->close();
+  headless.advance(1);
+  EXPECT_EQ(window->frame(), last) << "a closed window stays";
 }
 
 TEST_F(WindowTest, ReplacedContentLeavesTheWindow) {

@@ -1,0 +1,32 @@
+#pragma once
+
+#include "app/windows/HovrelPanel.h"
+#include "platform/foundation/Environment.h"
+#include "platform/foundation/FileManager.h"
+#include "platform/loop/Clock.h"
+#include "platform/web/WebView.h"
+
+namespace velto {
+
+/// Shows in a window what became of its page.
+class FailurePresenter {
+ public:
+  FailurePresenter(const FileManager& files, const Clock& clock, const Environment& environment)
+      : files_(files), clock_(clock), environment_(environment) {}
+
+  /// The page at the address could not be loaded.
+  void showFailure(HovrelPanel& panel, WebView& webView, const std::optional<Url>& url,
+                   const WebError& error) const;
+  /// The page's process died. When the process of this page dies in turn within seconds the window stays
+  /// empty, so that no process is started over and over.
+  void showCrash(HovrelPanel& panel, WebView& webView) const;
+
+ private:
+  [[nodiscard]] std::string pageTemplate(const char* name, const char* ifMissing) const;
+
+  const FileManager& files_;
+  const Clock& clock_;
+  const Environment& environment_;
+};
+
+}  // namespace velto

@@ -1,0 +1,58 @@
+#pragma once
+
+#include <optional>
+
+#include "app/pages/DebugLog.h"
+#include "app/windows/OpenWindows.h"
+#include "app/windows/RollingLimit.h"
+#include "app/windows/WindowLife.h"
+#include "app/windows/WindowOpening.h"
+#include "platform/loop/Clock.h"
+#include "platform/loop/MainQueue.h"
+#include "platform/web/WebView.h"
+
+namespace velto {
+
+/// Opens the windows that pages ask for: each a full window of its own, without a link to the page that asked
+/// for it. What is refused is counted in the debug log and not told to the page.
+class PageWindows : public Weakable {
+ public:
+  /// Windows that all pages together open within `kSeconds`, clicks or not.
+  static constexpr std::size_t kMost = 20;
+  static constexpr double kSeconds = 10;
+
+  PageWindows(OpenWindows& windows, const WindowLife& windowLife, DebugLog& log, const Clock& clock,
+              MainQueue& mainQueue);
+
+  /// Before the first page asks.
+  void setOpener(LayoutWindowOpening& opener) { opener_ = opener; }
+  /// The window opens in a later turn, in the data store of the one that asks.
+  void open(const WebView& webView, const PageWindowRequest& request);
+  /// For an address that a page may open, or a video: an ordinary window with all defaults.
+  void openOrdinary(const WebView& webView, const Url& url, bool isUserGesture);
+
+ private:
+  [[nodiscard]] bool admits(const WebView& webView, bool isUserGesture);
+  void openLater(const Url& url, const WindowOptions& options, bool isUserGesture);
+  void openNow(const Url& url, const WindowOptions& options, bool isUserGesture);
+  void refused(const WebView& webView);
+  void reportRefused();
+
+  OpenWindows& windows_;
+  const WindowLife& windowLife_;
+  DebugLog& log_;
+  const Clock& clock_;
+  MainQueue& mainQueue_;
+  WeakPtr<LayoutWindowOpening> opener_;
+  RollingLimit limit_{kMost, kSeconds};
+  std::size_t refused_ = 0;
+  std::optional<Url> lastRefused_;
+  WorkItem nextReport_;
+};
+
+/// Whether the page may open a window on the target: web pages, the empty page, and files for a page that is
+/// one. No script, no text in place of an address, and nothing that the desktop or the application itself
+/// takes for a command.
+bool mayPageOpen(const Url& target, const std::optional<Url>& page);
+
+}  // namespace velto

@@ -1,0 +1,42 @@
+#pragma once
+
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "platform/foundation/FileManager.h"
+#include "platform/foundation/Url.h"
+#include "platform/foundation/UserDefaults.h"
+#include "platform/web/WebView.h"
+
+namespace velto {
+
+/// Shows videos by the program's own player page, which embeds the video site's player.
+class PlayerPage {
+ public:
+  static constexpr const char* kResource = "YouTubePlayer.html";
+
+  /// `webHost` is the host under whose name the page runs, so that the embed sees a real web origin. Nothing
+  /// is fetched from it.
+  PlayerPage(const FileManager& files, std::filesystem::path resources, const UserDefaults& defaults,
+             std::string webHost);
+
+  /// Loads the page for the player URL. A URL without a video, or a page that cannot be read, is left to the
+  /// URL's own scheme.
+  void load(WebView& webView, const Url& url) const;
+
+ private:
+  const FileManager& files_;
+  std::filesystem::path resources_;
+  const UserDefaults& defaults_;
+  std::string webHost_;
+};
+
+/// The https form of a player URL. Absent when it is none or names no video.
+std::optional<Url> playerWebURL(const Url& url, std::string_view webHost);
+
+/// The script that tells the page what to play. Absent when the URL names no video.
+std::optional<std::string> playerConfigScript(const Url& url);
+
+}  // namespace velto

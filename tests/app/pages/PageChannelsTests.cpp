@@ -1,0 +1,306 @@
+#include <cstdint>
+#include <limits>
+#include <memory>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "app/pages/PageChannels.h"
+#include "app/pages/WindowMotion.h"
+#include "app/windows/HovrelPanel.h"
+#include "platform/headless/HeadlessPlatform.h"
+#include "tests/support/PageWindowsSupport.h"
+#include "tests/support/UrlSupport.h"
+
+namespace velto {
+namespace {
+
+using test::url;
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+using ::testing::IsEmpty;
+
+JsonValue json(const std::string& text) { return readJson(text).value(); }
+
+constexpr double kInfinity = std::numeric_limits<double>::infinity();
+
+JsonValue pair(const char* first, double x, const char* second, double y) {
+  return JsonValue(JsonValue::Object{{first, JsonValue(x)}, {second, JsonValue(y)}});
+}
+
+/// One window with a page, on the channels and nothing else of the application.
+class PageChannelsTest : public ::testing::Test {
+ protected:
+  PageChannelsTest() : channels_(std::make_unique<PageChannels>(headless_.platform(), application_)) {
+    auto panel = std::make_unique<HovrelPanel>(headless_.application(), Rect{{100, 200}, {900, 700}}, 0);
+    panel_ = panel.get();
+    application_.windows.append(std::move(panel));
+    WebViewConfiguration configuration;
+    configuration.userContentController = channels_->makeUserContentController(application_.pageWindows);
+    panel_->setContentView(std::make_unique<View>());
+    page_ = static_cast<HeadlessWebView*>(&panel_->contentView()->addSubview(
+        headless_.webEngine().makeWebView({{0, 0}, {900, 700}}, std::move(configuration))));
+    panel_->webView = *page_;
+    page_->load({url("https://a.example/")});
+    panel_->makeKeyAndOrderFront();
+    headless_.advance(1);
+  }
+
+  void post(const std::string& channel, const JsonValue& body) {
+    page_->postMessage(channel, body);
+    headless_.advance(1);
+  }
+  ScriptReply ask(const std::string& body, bool isMainFrame = true) {
+    std::optional<ScriptReply> got;
+    page_->postMessage(
+        "veltoWindow", json(body), {}, [&](const ScriptReply& reply) { got = reply; }, isMainFrame);
+    headless_.advance(1);
+    return got.value_or(ScriptReply{std::nullopt, "no reply"});
+  }
+
+  HeadlessPlatform headless_;
+  test::PageWindowsSupport application_{headless_};
+  std::unique_ptr<PageChannels> channels_;
+  HovrelPanel* panel_ = nullptr;
+  HeadlessWebView* page_ = nullptr;
+};
+
+TEST_F(PageChannelsTest, stateTheChannelsAndTheScriptsInTheirOrder) {
+  const auto controller = page_->configuration().userContentController;
+  std::vector<std::string> names;
+  for (const auto& channel : controller->channels()) {
+    names.push_back(channel.name);
+    EXPECT_EQ(channel.world, ContentWorld{});
+  }
+  EXPECT_THAT(names, ElementsAre("velto", "windowDrag", "windowResize", "veltoScroll", "veltoWindow"));
+
+  const auto& scripts = controller->userScripts();
+  ASSERT_EQ(scripts.size(), 3U);
+  const char* const marks[] = {"velto-injected-styles", "__veltoInjected", "__veltoScrollReporter"};
+  for (std::size_t i = 0; i < scripts.size(); ++i) {
+    EXPECT_THAT(scripts[i].source, HasSubstr(marks[i]));
+    EXPECT_EQ(scripts[i].time, UserScript::Time::documentEnd);
+    EXPECT_EQ(scripts[i].mainFrameOnly, i == 2);
+    EXPECT_EQ(scripts[i].world, ContentWorld{});
+  }
+
+  // Read once per process, and one that is missing is left out.
+  const auto folder = headless_.environment().resourcesDirectory / "scripts";
+  headless_.files().remove(folder / "video-button.js");
+  EXPECT_EQ(channels_->makeUserContentController(application_.pageWindows)->userScripts().size(), 3U);
+  EXPECT_EQ(PageChannels(headless_.platform(), application_)
+                .makeUserContentController(application_.pageWindows)
+                ->userScripts()
+                .size(),
+            2U);
+}
+
+TEST(RequestedPage, isReadFromTheMessage) {
+  const struct {
+    const char* body;
+    const char* target;
+  } cases[] = {
+      {R"({"player":"youtube","videoId":"aB3-_efghiJ","playing":true,"t":61.9})",
+       "velto-player://youtube?v=aB3-_efghiJ&playing=true&t=61"},
+      {R"({"player":"youtube","videoId":"aB3-_efghiJ","playing":1,"t":true})",
+       "velto-player://youtube?v=aB3-_efghiJ"},
+      {R"({"player":"youtube","videoId":"aB3-_efghiJ","playing":"true","t":-0.5})",
+       "velto-player://youtube?v=aB3-_efghiJ"},
+      {R"({"player":"youtube","videoId":"aB3-_efghiJ","t":1e308})", "velto-player://youtube?v=aB3-_efghiJ"},
+      {R"({"player":"youtube","videoId":"aB3-_efghiJ","t":9223372036854775807})",
+       "velto-player://youtube?v=aB3-_efghiJ"},
+      {R"({"player":"youtube","videoId":"short","url":"https://b.example/"})", nullptr},
+      {R"({"player":"youtube","videoId":7,"url":"https://b.example/"})", "https://b.example/"},
+      {R"({"player":"YouTube","videoId":"aB3-_efghiJ"})", nullptr},
+      {R"({"url":"http://localhost:3000/x"})", "http://localhost:3000/x"},
+      {R"({"url":"velto-player://youtube?v=aB3-_efghiJ"})", "velto-player://youtube?v=aB3-_efghiJ"},
+      {R"({"url":"velto-player://youtube?v=short"})", nullptr},
+      {R"({"url":"velto-player://other?v=aB3-_efghiJ"})", nullptr},
+      {R"({"url":"file:///etc/passwd"})", nullptr},
+      {R"({"url":"velto://open?url=x"})", nullptr},
+      {R"({"url":"velto-history:"})", nullptr},
+      {R"({"url":"javascript:x"})", nullptr},
+      {R"({"url":"data:text/html,x"})", nullptr},
+      {R"({"url":"no url"})", nullptr},
+      {R"({"url":["https://b.example/"]})", nullptr},
+      {R"({})", nullptr},
+      {R"(["url","https://b.example/"])", nullptr},
+      {R"("https://b.example/")", nullptr},
+      {"null", nullptr},
+  };
+  for (const auto& c : cases) {
+    const auto target = requestedPage(json(c.body), url("https://a.example/"));
+    EXPECT_EQ(target ? target->absoluteString() : "", c.target != nullptr ? c.target : "") << c.body;
+  }
+}
+
+TEST_F(PageChannelsTest, openWindowsWithinTheLimitForPages) {
+  const JsonValue video = json(R"({"player":"youtube","videoId":"aB3-_efghiJ"})");
+  post("velto", json(R"({"url":"file:///x"})"));
+  // What no button of the video site's own pages asks for counts as unasked.
+  for (const char* site : {"https://youtube.com.a.example/", "https://notyoutube.com/"}) {
+    page_->load({url(site)});
+    headless_.advance(1);
+    for (int i = 0; i < 3; ++i) post("velto", video);
+  }
+  EXPECT_EQ(application_.opened,
+            std::vector<std::string>(PopupLimit::kMostUnasked, "velto-player://youtube?v=aB3-_efghiJ"));
+
+  application_.opened.clear();
+  page_->load({url("https://www.YouTube.com/")});
+  headless_.advance(1);
+  post("velto", video);
+  post("velto", json(R"({"url":"https://c.example/"})"));
+  EXPECT_THAT(application_.opened, ElementsAre("velto-player://youtube?v=aB3-_efghiJ", "https://c.example/"));
+}
+
+TEST_F(PageChannelsTest, dropMessagesThatAreNotAsTheyShouldBe) {
+  const Rect before = panel_->frame();
+  for (const char* body : {"null", "[1,2]", "7", R"("deltaX")", "{}", R"({"deltaX":1})",
+                           R"({"deltaX":true,"deltaY":true,"width":true,"height":true,"x":true,"y":true})",
+                           R"({"deltaX":"1","deltaY":2,"width":"1","height":2,"x":"1","y":2})",
+                           R"({"deltaX":null,"deltaY":2,"width":null,"height":2,"x":null,"y":2})"}) {
+    for (const char* channel : {"windowDrag", "windowResize", "veltoScroll", "velto", "unknown"}) {
+      post(channel, json(body));
+    }
+  }
+  post("windowDrag", pair("deltaX", kInfinity, "deltaY", 0));
+  post("windowResize", pair("width", std::numeric_limits<double>::quiet_NaN(), "height", 5));
+  post("veltoScroll", pair("x", 0, "y", -kInfinity));
+  EXPECT_EQ(panel_->frame(), before);
+  EXPECT_FALSE(panel_->lastKnownScroll);
+  EXPECT_THAT(application_.opened, IsEmpty());
+}
+
+TEST_F(PageChannelsTest, storeTheScrollOfTheSendersWindow) {
+  post("veltoScroll", json(R"({"x":0,"y":1200.5})"));
+  EXPECT_EQ(panel_->lastKnownScroll, (LayoutScroll{0, 1200.5}));
+}
+
+TEST_F(PageChannelsTest, moveAndSizeTheKeyWindow) {
+  HovrelPanel other(headless_.application(), {{500, 500}, {640, 360}}, 0);
+  other.setMinSize({320, 180});
+  other.makeKeyAndOrderFront();
+  const Rect untouched = panel_->frame();
+
+  post("windowDrag", json(R"({"action":"move","deltaX":4,"deltaY":10.5})"));
+  EXPECT_EQ(other.frame(), (Rect{{504, 489.5}, {640, 360}}));
+  other.setFrame({{500, 500}, {640, 360}});
+  post("windowResize", json(R"({"width":10,"height":10})"));
+  EXPECT_EQ(other.frame(), (Rect{{500, 680}, {320, 180}})) << "the least size, under the same top edge";
+  post("windowResize", json(R"({"width":700,"height":200})"));
+  EXPECT_EQ(other.frame(), (Rect{{500, 660}, {700, 200}}));
+  EXPECT_EQ(panel_->frame(), untouched);
+
+  page_->postMessage("windowResize", json(R"({"width":400,"height":300})"));
+  headless_.advance(0.05);
+  EXPECT_GT(other.frame().size.width, 400) << "it takes some steps";
+  headless_.windowSystem().focus(nullptr);
+  headless_.advance(1);
+  const Rect left = other.frame();
+  post("windowDrag", json(R"({"deltaX":40,"deltaY":40})"));
+  EXPECT_EQ(other.frame(), left) << "no window of ours has the keyboard";
+}
+
+TEST_F(PageChannelsTest, surviveAbsurdNumbers) {
+  const Rect area = headless_.application().mainScreen()->visibleFrame;
+  for (const double x : {1e308, -1e308, 1e9, -1e9, 0.0}) {
+    for (const double y : {1e308, -1e308, 1e9, -1e9, 0.0}) {
+      for (int i = 0; i < 3; ++i) post("windowDrag", pair("deltaX", x, "deltaY", y));
+      post("windowResize", pair("width", x, "height", y));
+      const Rect shown = panel_->frame().intersection(area);
+      EXPECT_GE(shown.size.width, 1) << x << " " << y;
+      EXPECT_GE(shown.size.height, 1) << x << " " << y;
+      EXPECT_LE(panel_->frame().size.width, Window::kMaximumSide);
+    }
+  }
+}
+
+TEST(WindowMotion, keepsAStripOfTheWindowOnAScreen) {
+  Screen left;
+  left.visibleFrame = {{0, 0}, {1000, 800}};
+  Screen right;
+  right.visibleFrame = {{1000, 200}, {500, 600}};
+  const std::vector<Screen> screens{left, right};
+  const struct {
+    Rect asked;
+    Point held;
+  } cases[] = {
+      {{{10, 10}, {300, 200}}, {10, 10}},         {{{-278, -178}, {300, 200}}, {-278, -178}},
+      {{{-279, -300}, {300, 200}}, {-278, -178}}, {{{1e6, 1e6}, {300, 200}}, {1478, 778}},
+      {{{1490, 300}, {300, 200}}, {1478, 300}},   {{{1490, -150}, {300, 200}}, {1478, 22}},
+      {{{1005, 100}, {300, 50}}, {978, 100}},     {{{995, -10}, {10, 10}}, {990, 0}},
+      {{{-5000, 0}, {10000, 10000}}, {-5000, 0}},
+  };
+  for (const auto& c : cases) {
+    const Rect held = heldOnScreens(c.asked, screens);
+    EXPECT_EQ(held, (Rect{c.held, c.asked.size})) << c.asked.origin.x << "," << c.asked.origin.y;
+  }
+  EXPECT_EQ(heldOnScreens(cases[3].asked, {}), cases[3].asked);
+}
+
+TEST_F(PageChannelsTest, pinTheirOwnWindowAndTellTheTruth) {
+  const std::string pinned = R"({"onTop":true})";
+  const std::string free = R"({"onTop":false})";
+  EXPECT_EQ(ask("{}").json, free);
+  EXPECT_EQ(ask(R"({"onTop":1})").json, free) << "a number is no boolean";
+  EXPECT_EQ(ask(R"([true])").json, free);
+  EXPECT_EQ(ask(free).json, free);
+  EXPECT_EQ(application_.recordings, 0);
+
+  const ScriptReply reply = ask(pinned);
+  EXPECT_EQ(reply.json, pinned);
+  EXPECT_FALSE(reply.error);
+  EXPECT_EQ(panel_->level(), kFloatingWindowLevel);
+  EXPECT_EQ(ask(R"({"onTop":null})").json, pinned);
+  EXPECT_EQ(ask(pinned).json, pinned);
+  EXPECT_EQ(application_.recordings, 1) << "only a change is recorded";
+
+  EXPECT_EQ(ask(free).json, free);
+  EXPECT_EQ(panel_->level(), kNormalWindowLevel);
+  panel_->unpinnedByPerson = true;
+  EXPECT_EQ(ask(pinned).json, free);
+  EXPECT_FALSE(panel_->isPinned);
+  EXPECT_EQ(application_.recordings, 2);
+
+  panel_->isPinned = true;
+  EXPECT_EQ(ask(free).json, free) << "a page may unpin any window of its own";
+}
+
+TEST_F(PageChannelsTest, letNobodyElsePinTheWindow) {
+  const std::string refusal = "Only a Velto window's own page can pin it";
+  EXPECT_EQ(ask(R"({"onTop":true})", false).error, refusal);
+  EXPECT_EQ(ask("{}", false).json, std::nullopt);
+
+  Window plain(headless_.application(), {{0, 0}, {100, 100}}, 0);
+  WebViewConfiguration configuration;
+  configuration.userContentController = page_->configuration().userContentController;
+  plain.setContentView(headless_.webEngine().makeWebView({{0, 0}, {100, 100}}, configuration));
+  auto* stranger = static_cast<HeadlessWebView*>(plain.contentView());
+  std::optional<std::string> error;
+  stranger->postMessage("veltoWindow", json("{}"), {},
+                        [&](const ScriptReply& reply) { error = reply.error; });
+  headless_.advance(1);
+  EXPECT_EQ(error, refusal);
+
+  panel_->close();
+  EXPECT_EQ(ask(R"({"onTop":true})").error, refusal);
+  EXPECT_FALSE(panel_->isVisible());
+  EXPECT_FALSE(panel_->isPinned);
+}
+
+TEST_F(PageChannelsTest, comeToNothingWhenTheApplicationIsGone) {
+  page_->postMessage("windowDrag", json(R"({"deltaX":4,"deltaY":4})"));
+  const Rect before = panel_->frame();
+  channels_.reset();
+  headless_.advance(1);
+  EXPECT_NE(ask("{}").error, std::nullopt);
+  EXPECT_EQ(panel_->frame(), before);
+}
+
+}  // namespace
+}  // namespace velto
