@@ -1,6 +1,5 @@
 #pragma once
 
-#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -11,17 +10,15 @@ namespace velto {
 
 /// Stands in for every subsystem that this build of the application comes without: it is called in the same
 /// places and adds nothing.
-class AbsentSubsystems : public Sessions,
-                         public Layouts,
-                         public History,
+class AbsentSubsystems : public History,
                          public SignInHandoff,
                          public SignInSync,
                          public SafariImport,
                          public Maintenance {
  public:
-  [[nodiscard]] Services services(Toasts& toasts) {
-    return {.sessions = *this,
-            .layouts = *this,
+  [[nodiscard]] Services services(Sessions& sessions, Layouts& layouts, Toasts& toasts) {
+    return {.sessions = sessions,
+            .layouts = layouts,
             .history = *this,
             .signInHandoff = *this,
             .signInSync = *this,
@@ -29,14 +26,6 @@ class AbsentSubsystems : public Sessions,
             .maintenance = *this,
             .toasts = toasts};
   }
-
-  void scheduleSessionRecording() override {}
-  std::unique_ptr<RecordedSession> load() override { return nullptr; }
-  void finishRecording() override {}
-
-  void setOpener(LayoutWindowOpening&) override {}
-  void prepareStore() override {}
-  void handleCommand(const Url&) override {}
 
   void prepare(UserDefaults&) override {}
   void recordVisit(const Url&, const std::string&) override {}

@@ -19,6 +19,7 @@
 #include "handoff/Claim.h"
 #include "handoff/HandoffError.h"
 #include "handoff/Readiness.h"
+#include "layouts/StandardLayouts.h"
 #include "platform/gtk/GtkPlatform.h"
 
 namespace velto {
@@ -51,8 +52,10 @@ int run(const Environment& environment, Readiness& readiness) {
   AbsentSubsystems absent;
   VeltoToast toasts(platform.application, platform.clock, platform.mainQueue);
   StandardFurniture furniture(platform.clock, platform.mainQueue, platform.application.windowSystem());
-  StandardPageContent content(platform, absent);
-  AppDelegate delegate(platform, absent.services(toasts), furniture, content);
+  StandardLayouts layouts(platform, toasts);
+  StandardPageContent content(platform, layouts.sessions());
+  AppDelegate delegate(platform, absent.services(layouts.sessions(), layouts.layouts(), toasts), furniture,
+                       content);
   platform.application.setDelegate(delegate);
 
   // The server goes first when this ends: its thread posts to the queue.

@@ -23,6 +23,8 @@ class ControlBarView : public View {
   virtual void setPrivate(bool isPrivate) = 0;
   /// Down to the toggle button, or back.
   virtual void setControlsCollapsed(bool collapsed) = 0;
+  /// Only the toggle button stays when the pointer is elsewhere.
+  [[nodiscard]] virtual bool controlsCollapsed() const = 0;
   virtual void expandControls() = 0;
   /// Opens the address field, with this text if there is one, and asks for the keyboard. True when it got it.
   virtual bool openAddressField(const std::optional<std::string>& text) = 0;

@@ -13,6 +13,7 @@
 #include "layouts/UnreadableLayoutFile.h"
 #include "platform/foundation/FileManager.h"
 #include "platform/foundation/NotificationCenter.h"
+#include "platform/foundation/WeakPtr.h"
 
 namespace velto {
 
@@ -36,7 +37,7 @@ class LayoutStoreError : public std::runtime_error {
 /// Nothing is kept in memory: each question reads the files again. What cannot be read is reported and stays.
 /// Nothing outside the folder is ever written or removed, whatever an identifier or a link in the folder
 /// says. Main thread only.
-class LayoutStore {
+class LayoutStore : public Weakable {
  public:
   struct Contents {
     /// The last updated first.

@@ -12,9 +12,9 @@ std::optional<VeltoSession> SessionStore::load() const {
   return bytes ? decodeSession(*bytes) : std::nullopt;
 }
 
-void SessionStore::save(const VeltoSession& session) {
+void SessionStore::write(std::string_view encoded) {
   files_.createDirectory(directory_);
-  files_.writeAtomically(file(), encodeJson(session));
+  files_.writeAtomically(file(), encoded);
 }
 
 }  // namespace velto

@@ -1,46 +1,19 @@
 #pragma once
 
-#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
 
-#include "app/windows/SessionRecording.h"
 #include "app/windows/Toasts.h"
-#include "app/windows/WindowOpening.h"
 #include "browsing/VisitRecording.h"
+#include "layouts/Layouts.h"
+#include "layouts/Sessions.h"
 #include "platform/foundation/Date.h"
 #include "platform/foundation/HttpCookie.h"
 #include "platform/foundation/Url.h"
 #include "platform/foundation/UserDefaults.h"
 
 namespace velto {
-
-/// A recorded session that was read at start-up and may still be reopened.
-class RecordedSession {
- public:
-  virtual ~RecordedSession() = default;
-  [[nodiscard]] virtual bool hasWindows() const = 0;
-  virtual void restore() = 0;
-};
-
-/// The record of the open windows.
-class Sessions : public SessionRecording {
- public:
-  /// Null when there is none that can be read.
-  virtual std::unique_ptr<RecordedSession> load() = 0;
-  /// Records once more and never again.
-  virtual void finishRecording() = 0;
-};
-
-/// Named layouts of windows.
-class Layouts {
- public:
-  virtual ~Layouts() = default;
-  virtual void setOpener(LayoutWindowOpening& opener) = 0;
-  virtual void prepareStore() = 0;
-  virtual void handleCommand(const Url& url) = 0;
-};
 
 /// The pages that were visited.
 class History : public VisitRecording {

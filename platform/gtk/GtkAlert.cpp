@@ -42,7 +42,9 @@ std::string textForAlert(std::string_view text) {
 }
 
 GtkAlert::GtkAlert(const Alert& alert, const Place& place, AlertCompletion answered)
-    : GtkSheet(makeDialog(alert), place), buttonCount_(alert.buttons.size()), answered_(std::move(answered)) {
+    : GtkSheet(makeDialog(alert), place),
+      dismissAnswer_(alert.dismissAnswer()),
+      answered_(std::move(answered)) {
   gtk_window_set_title(GTK_WINDOW(widget()), g_get_application_name());
   addTextField(alert);
   addButtons(alert);
@@ -75,7 +77,7 @@ void GtkAlert::responded(int response) {
   answer(static_cast<std::size_t>(response));
 }
 
-void GtkAlert::dismiss() { answer(buttonCount_ == 0 ? 0 : buttonCount_ - 1); }
+void GtkAlert::dismiss() { answer(dismissAnswer_); }
 
 bool GtkAlert::click(std::size_t button) {
   GtkWidget* const widget = gtk_dialog_get_widget_for_response(dialog(), static_cast<int>(button));

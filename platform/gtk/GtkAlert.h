@@ -18,7 +18,7 @@ class GtkAlert final : public GtkSheet {
   /// `answered` is called once, from within the dialog's own signal; never by the destructor.
   GtkAlert(const Alert& alert, const Place& place, AlertCompletion answered);
 
-  /// Answers with the last button.
+  /// Answers as the alert says.
   void dismiss() override;
   /// Presses the button as the person does. False when the alert has no such button.
   bool click(std::size_t button);
@@ -32,7 +32,7 @@ class GtkAlert final : public GtkSheet {
   void answer(std::size_t button);
 
   GtkWidget* entry_ = nullptr;
-  std::size_t buttonCount_;
+  std::size_t dismissAnswer_;
   AlertCompletion answered_;
 };
 

@@ -30,7 +30,7 @@ HeadlessWindowSystem::HeadlessWindowSystem(VirtualLoop& loop)
       screens_{defaultScreen()},
       alerts_(loop,
               [](const Alert& alert) {
-                return AlertAnswer{alert.buttons.size() - 1, alert.textField.value_or("")};
+                return AlertAnswer{alert.dismissAnswer(), alert.textField.value_or("")};
               }),
       openPanels_(loop, [](const OpenPanel&) { return ChosenFiles(); }) {}
 

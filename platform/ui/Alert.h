@@ -14,10 +14,17 @@ struct Alert {
   Style style = Style::informational;
   std::string messageText;
   std::string informativeText;
-  /// The first is the default; the last is what Escape and a closing window answer. Never empty.
+  /// The first is the default. Never empty.
   std::vector<std::string> buttons;
   /// A line of text to be filled in, with what stands in it at first.
   std::optional<std::string> textField;
+  /// What Escape and a closing window answer; the last button unless it is another one.
+  std::optional<std::size_t> dismissButton = {};
+
+  [[nodiscard]] std::size_t dismissAnswer() const {
+    if (dismissButton) return *dismissButton;
+    return buttons.empty() ? 0 : buttons.size() - 1;
+  }
 };
 
 struct AlertAnswer {

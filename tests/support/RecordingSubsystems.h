@@ -39,6 +39,7 @@ class FakeControlBarView : public ControlBarView {
 
   bool takesAddress;
   bool takesKeyEquivalents = false;
+  bool collapsed = false;
   std::optional<std::string> address;
 
   void setPageZoom(double zoom) override { log_.push_back("bar: zoom " + textOf(zoom)); }
@@ -47,9 +48,11 @@ class FakeControlBarView : public ControlBarView {
   void setPrivate(bool isPrivate) override {
     log_.push_back(isPrivate ? "bar: private" : "bar: not private");
   }
-  void setControlsCollapsed(bool collapsed) override {
+  void setControlsCollapsed(bool value) override {
+    collapsed = value;
     log_.push_back(collapsed ? "bar: collapsed" : "bar: not collapsed");
   }
+  [[nodiscard]] bool controlsCollapsed() const override { return collapsed; }
   void expandControls() override { log_.push_back("bar: expand"); }
   bool openAddressField(const std::optional<std::string>& text) override {
     log_.push_back("bar: address " + textOf(text));
