@@ -6,12 +6,12 @@
 #include "app/LaunchDecision.h"
 #include "app/launch/CommandLineTarget.h"
 #include "browsing/HistoryFile.h"
+#include "layouts/Sessions.h"
 
 namespace velto {
 
 namespace {
 
-constexpr const char* kRestoreWindowsKey = "restoreWindowsOnLaunch";
 constexpr const char* kResumeImportKey = "safariImportResumeAfterAccess";
 constexpr const char* kUnitTestVariable = "XCTestConfigurationFilePath";
 constexpr const char* kRepairTestVariable = "VELTO_REPAIR_TEST_DUPLICATES";

@@ -3,9 +3,9 @@
 
 usage: benchmarks/desktop.py [--runs N] [MEASURE...]
 
-Measures: handoff warm cold idle memory; without a name all of them. The programs must have been built: script/bench
-does that. A slow figure is a line in the table and no failure; the exit status is 1 when something could not be
-measured that should have been. Peers that are not installed are skipped.
+Measures: handoff warm layout cold idle memory; without a name all of them. The programs must have been built:
+script/bench does that. A slow figure is a line in the table and no failure; the exit status is 1 when something could
+not be measured that should have been. Peers that are not installed are skipped.
 """
 
 import argparse
@@ -30,6 +30,8 @@ HANDOFF_RUNS = 40
 
 WARM_LIMITS = {"chromium --app": 0.6, "bare window": 1.2}
 COLD_LIMITS = {"surf": 1.1, "chromium --app": 1.0}
+LAYOUT_WINDOWS = 10
+LAYOUT_LIMITS = {"last window mapped": 10, "first pixel": 1.1}
 HANDOFF_LIMIT = 10  # milliseconds
 PRINT_URL_LIMIT = 30  # milliseconds
 
@@ -112,6 +114,67 @@ class Bench:
             self.start(program)
         self.compare("one more window", self.in_turn(candidates, self.open_and_close), WARM_LIMITS)
 
+    def layout(self):
+        """A layout opened by the program that runs, beside one more window of it."""
+        self.installed([self.velto])
+        name, colour = self.save_layout()
+        candidates = {"layout": lambda: self.open_layout(name, colour), "one window": self.open_one}
+        times = {which: [] for which in candidates}
+        for _ in range(self.runs):
+            for which, once in candidates.items():
+                times[which].append(once())
+        for at, (measure, limit) in enumerate(LAYOUT_LIMITS.items()):
+            ours, theirs = ([run[at] for run in times[which]] for which in candidates)
+            self.rows.append(table.Row(f"layout of {LAYOUT_WINDOWS} windows, {measure}, ms", table.spread(ours),
+                                       "one more window", table.spread(theirs),
+                                       table.median(ours) / table.median(theirs), limit=limit))
+
+    def save_layout(self):
+        """Windows as large as the others that are measured, all with pages of one colour. None is open at the end."""
+        name, (colour, url) = "benchmark", self.site.new_page()
+        velto = os.path.join(BIN, "velto")
+        for number in range(LAYOUT_WINDOWS):
+            desk.run([*self.velto.command(f"{url}#{number}"), "--x", str(40 * number), "--y", str(20 * number)])
+        self.wait_for_windows(set(), LAYOUT_WINDOWS)
+        desk.wait_until_quiet(calm=1)
+        desk.run([velto, "layouts", "save", name])
+        desk.wait_until_quiet(calm=1)
+        self.windows.close(self.windows.ids())
+        if desk.run([velto, "layouts", "open", name, "--print-url"]) != 0:
+            raise NotMeasured("the layout was not saved")
+        return name, colour
+
+    def open_layout(self, name, colour):
+        return self.map_and_close(colour, LAYOUT_WINDOWS, [os.path.join(BIN, "velto"), name])
+
+    def open_one(self):
+        colour, url = self.site.new_page()
+        return self.map_and_close(colour, 1, self.velto.command(url))
+
+    def map_and_close(self, colour, count, command):
+        """Milliseconds until that many windows were mapped, and until the colour was on the screen."""
+        desk.wait_until_quiet()
+        before = self.windows.ids()
+        watch = subprocess.Popen([os.path.join(TOOLS, "firstpixel"), colour, str(PATIENCE), *command],
+                                 stdout=subprocess.PIPE, stderr=subprocess.PIPE, text=True)
+        mapped = self.wait_for_windows(before, count)
+        said, complaint = watch.communicate()
+        if watch.returncode != 0:
+            raise NotMeasured(f"{' '.join(command)}: {complaint.strip()}")
+        started, pixel = map(float, said.split())
+        desk.wait_until_quiet()
+        self.windows.close(self.windows.ids() - before)
+        return (mapped - started) * 1000, pixel
+
+    def wait_for_windows(self, before, count):
+        """When there were that many more, in seconds of the monotonic clock."""
+        deadline = time.monotonic() + PATIENCE
+        while len(self.windows.ids() - before) < count:
+            if time.monotonic() > deadline:
+                raise NotMeasured(f"{len(self.windows.ids() - before)} windows of {count} came")
+            time.sleep(0.002)
+        return time.monotonic()
+
     def cold(self):
         candidates = self.installed([self.velto, self.surf, self.chromium])
 
@@ -186,7 +249,7 @@ class Bench:
                                                ours / values[which]))
 
 
-MEASURES = ["handoff", "warm", "cold", "idle", "memory"]
+MEASURES = ["handoff", "warm", "layout", "cold", "idle", "memory"]
 
 
 def measure(names, runs):

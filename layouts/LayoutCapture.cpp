@@ -8,6 +8,7 @@
 #include <tuple>
 #include <utility>
 
+#include "layouts/DisplayChoice.h"
 #include "platform/foundation/Url.h"
 
 namespace velto {
@@ -66,12 +67,7 @@ std::vector<LayoutDisplaySnapshot> numberedDisplays(std::vector<LayoutDisplaySna
 
 const LayoutDisplaySnapshot* displayWithKey(const std::vector<LayoutDisplaySnapshot>& displays,
                                             const std::optional<std::string>& key) {
-  if (displays.empty()) return nullptr;
-  auto found = std::find_if(displays.begin(), displays.end(), [&](const auto& d) { return d.key == key; });
-  if (found == displays.end()) {
-    found = std::find_if(displays.begin(), displays.end(), [](const auto& d) { return d.isMain; });
-  }
-  return found == displays.end() ? &displays.front() : &*found;
+  return byKeyElseMain(displays, key);
 }
 
 LayoutAnchors anchorsOf(const LayoutRect& rect, LayoutSize visible) {

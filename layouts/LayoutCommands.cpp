@@ -6,6 +6,18 @@
 #include "layouts/LayoutAlert.h"
 
 namespace velto {
+namespace {
+
+/// Reading all layouts must not hold up the first page.
+constexpr double kPreparationDelay = 1;
+
+}  // namespace
+
+void LayoutCommands::prepareStore() {
+  platform_.mainQueue.after(kPreparationDelay, [store = WeakPtr<LayoutStore>(manager_.store())] {
+    if (store) store->prepare();
+  });
+}
 
 void LayoutCommands::handleCommand(const Url& url) {
   const auto asked = parseLayoutURLCommand(url);

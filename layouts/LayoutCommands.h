@@ -16,7 +16,7 @@ class LayoutCommands : public Layouts {
       : platform_(platform), manager_(manager), window_(window) {}
 
   void setOpener(LayoutWindowOpening& opener) override { manager_.setOpener(opener); }
-  void prepareStore() override { manager_.store().refreshIndexIfStale(); }
+  void prepareStore() override;
   void handleCommand(const Url& url) override;
 
  private:

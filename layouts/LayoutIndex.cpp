@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <map>
 #include <utility>
 
 #include "layouts/LayoutSlug.h"
@@ -17,15 +16,16 @@ std::string onOneLine(std::string text) {
   return text;
 }
 
-std::vector<Layout> sortedByName(std::vector<Layout> layouts) {
+/// Their positions in that order.
+std::vector<std::size_t> sortedByName(const std::vector<Layout>& layouts) {
   const LocalizedOrder order;
   std::vector<std::pair<std::string, std::size_t>> keys;
   keys.reserve(layouts.size());
   for (const Layout& layout : layouts) keys.emplace_back(order.sortKey(layout.name), keys.size());
   std::sort(keys.begin(), keys.end());  // equal names stay in the order in which they came
-  std::vector<Layout> sorted;
+  std::vector<std::size_t> sorted;
   sorted.reserve(layouts.size());
-  for (const auto& entry : keys) sorted.push_back(std::move(layouts[entry.second]));
+  for (const auto& entry : keys) sorted.push_back(entry.second);
   return sorted;
 }
 
@@ -40,15 +40,14 @@ std::string displayNames(const Layout& layout) {
 
 }  // namespace
 
-std::string layoutIndex(std::vector<Layout> layouts) {
-  layouts = sortedByName(std::move(layouts));
-  const std::map<std::string, std::string> slugs = slugTable(layouts);
+std::string layoutIndex(const std::vector<Layout>& layouts) {
+  // Of the list as it came, since the age and the id alone do not always tell who goes first.
+  const std::vector<std::string> slugs = slugsOf(layouts);
   std::string text;
-  for (const Layout& layout : layouts) {
-    const auto slug = slugs.find(layout.id);
-    text += layout.id + '\t' + onOneLine(layout.name) + '\t';
-    text += slug == slugs.end() ? layoutSlug(layout.name) : slug->second;
-    text += '\t' + std::to_string(layout.windows.size()) + '\t';
+  for (const std::size_t position : sortedByName(layouts)) {
+    const Layout& layout = layouts[position];
+    text += layout.id + '\t' + onOneLine(layout.name) + '\t' + slugs[position] + '\t' +
+            std::to_string(layout.windows.size()) + '\t';
     text += std::to_string(std::llround(layout.updatedAt.secondsSince1970)) + '\t';
     text += onOneLine(displayNames(layout)) + '\n';
   }

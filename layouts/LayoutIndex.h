@@ -11,6 +11,6 @@ namespace velto {
 /// by name, with these fields between tabs: id, name, short name, number of windows, time of the last update
 /// in seconds since 1970, names of the displays with ", " between them. A tab or line end inside a field is a
 /// blank.
-std::string layoutIndex(std::vector<Layout> layouts);
+std::string layoutIndex(const std::vector<Layout>& layouts);
 
 }  // namespace velto

@@ -1,5 +1,6 @@
 #include "layouts/LayoutListAlert.h"
 
+#include <algorithm>
 #include <string>
 
 #include "layouts/LayoutAlert.h"
@@ -9,21 +10,22 @@
 namespace velto {
 namespace {
 
-/// As many as an alert shows without cutting them off.
+/// As many as an alert shows without cutting them off; files that cannot be read come first to them.
 constexpr std::size_t kMostLines = 15;
+constexpr std::size_t kMostFileLines = 5;
 constexpr const char* kNone =
     "There are no layouts yet. Arrange some windows, then run `velto layouts save NAME`.";
 
-std::string linesFor(const std::vector<Layout>& layouts) {
+std::string linesFor(const std::vector<Layout>& layouts, std::size_t limit) {
   if (layouts.empty()) return kNone;
-  const auto slugs = slugTable(layouts);
+  const auto slugs = slugsOf(layouts);
   std::string lines;
-  for (std::size_t i = 0; i < layouts.size() && i < kMostLines; ++i) {
-    lines += layouts[i].name + " (" + countedWindows(layouts[i].windows.size()) + "): velto " +
-             slugs.at(layouts[i].id) + "\n";
+  for (std::size_t i = 0; i < layouts.size() && i < limit; ++i) {
+    lines +=
+        layouts[i].name + " (" + countedWindows(layouts[i].windows.size()) + "): velto " + slugs[i] + "\n";
   }
-  if (layouts.size() > kMostLines) {
-    lines += "and " + std::to_string(layouts.size() - kMostLines) +
+  if (layouts.size() > limit) {
+    lines += "and " + std::to_string(layouts.size() - limit) +
              " more. Run `velto layouts list` to see all of them.\n";
   }
   lines.pop_back();
@@ -32,7 +34,9 @@ std::string linesFor(const std::vector<Layout>& layouts) {
 
 std::string linesFor(const std::vector<UnreadableLayoutFile>& files) {
   std::string lines;
-  if (files.size() > kMostLines) return "\n\n" + std::to_string(files.size()) + " files could not be read.";
+  if (files.size() > kMostFileLines) {
+    return "\n\n" + std::to_string(files.size()) + " files could not be read.";
+  }
   for (const UnreadableLayoutFile& file : files) {
     lines += (lines.empty() ? "\n\n" : "\n") +
              std::filesystem::path(*file.url.filePath()).filename().native() + ": " + file.reason;
@@ -44,7 +48,9 @@ std::string linesFor(const std::vector<UnreadableLayoutFile>& files) {
 
 void LayoutListAlert::showLayouts() {
   const auto stored = store_.loadAll();
-  showLayoutAlert(application_, "Layouts", linesFor(stored.layouts) + linesFor(stored.unreadable),
+  const std::string files = linesFor(stored.unreadable);
+  const auto taken = static_cast<std::size_t>(std::count(files.begin(), files.end(), '\n'));
+  showLayoutAlert(application_, "Layouts", linesFor(stored.layouts, kMostLines - taken) + files,
                   Alert::Style::informational);
 }
 

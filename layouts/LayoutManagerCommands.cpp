@@ -25,8 +25,11 @@ void LayoutManager::saveLayout() {
     return;
   }
   LayoutSaveSheet::Request request{.snapshots = std::move(windows), .existingNames = {}, .prefillName = {}};
-  for (Layout& layout : store_.loadAll().layouts) request.existingNames.push_back(std::move(layout.name));
-  if (auto current = currentLayout()) request.prefillName = std::move(current->name);
+  const auto currentID = currentLayoutID();
+  for (const Layout& layout : store_.loadAll().layouts) {
+    if (layout.id == currentID && !request.prefillName) request.prefillName = layout.name;
+    request.existingNames.push_back(layout.name);
+  }
   request.requiresUniqueName = true;
   saveSheet_.show(
       request, application.keyWindow(),

@@ -45,6 +45,8 @@ struct LayoutRestorePlan {
   static Size minimumSize(const LayoutWindow& window);
 
   [[nodiscard]] std::size_t relocatedCount() const;
+  /// Some window is not where it was saved.
+  [[nodiscard]] bool isApproximated() const;
 
   /// What the person is told about a plan that differs from the layout; absent when it does not.
   [[nodiscard]] std::optional<std::string> approximationNotice(const Layout& layout,

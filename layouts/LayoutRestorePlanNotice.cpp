@@ -39,12 +39,14 @@ std::string displaySentence(const std::vector<LayoutDisplay>& saved, const Layou
 
 }  // namespace
 
+bool LayoutRestorePlan::isApproximated() const {
+  return std::any_of(entries.begin(), entries.end(),
+                     [](const Entry& e) { return e.relocated || e.adjusted; });
+}
+
 std::optional<std::string> LayoutRestorePlan::approximationNotice(const Layout& layout,
                                                                   bool suggestSaving) const {
-  if (std::none_of(entries.begin(), entries.end(),
-                   [](const Entry& e) { return e.relocated || e.adjusted; })) {
-    return std::nullopt;
-  }
+  if (!isApproximated()) return std::nullopt;
   std::string notice;
   const auto add = [&](const std::string& sentence) { notice += (notice.empty() ? "" : " ") + sentence; };
 

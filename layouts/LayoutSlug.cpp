@@ -4,6 +4,7 @@
 #include <array>
 #include <set>
 #include <tuple>
+#include <utility>
 
 #include "platform/foundation/Characters.h"
 
@@ -36,13 +37,14 @@ class SlugAssignment {
  public:
   explicit SlugAssignment(const std::vector<Layout>& layouts) {
     wishes_.reserve(layouts.size());
+    slugs_.resize(layouts.size());
     for (const Layout& layout : layouts) {
-      wishes_.push_back({&layout, layoutSlug(layout.name)});
+      wishes_.push_back({&layout, wishes_.size(), layoutSlug(layout.name)});
       ++wanted_[wishes_.back().plain];
     }
   }
 
-  std::map<std::string, std::string> make() {
+  std::vector<std::string> make() {
     std::vector<Wish> waiting;
     for (const Wish& wish : wishes_) {
       if (isFreeWord(wish.plain) && wanted_[wish.plain] == 1) {
@@ -61,12 +63,13 @@ class SlugAssignment {
  private:
   struct Wish {
     const Layout* layout;
+    std::size_t position;
     std::string plain;
   };
 
   void give(const Wish& wish, const std::string& slug) {
     taken_.insert(slug);
-    slugs_[wish.layout->id] = slug;
+    slugs_[wish.position] = slug;
   }
 
   std::string firstFree(const std::string& root) {
@@ -83,7 +86,7 @@ class SlugAssignment {
   std::map<std::string, int> wanted_;
   std::map<std::string, int> numbers_;
   std::set<std::string> taken_;
-  std::map<std::string, std::string> slugs_;
+  std::vector<std::string> slugs_;
 };
 
 }  // namespace
@@ -105,8 +108,15 @@ std::string layoutSlug(std::string_view name) {
   return slug;
 }
 
-std::map<std::string, std::string> slugTable(const std::vector<Layout>& layouts) {
+std::vector<std::string> slugsOf(const std::vector<Layout>& layouts) {
   return SlugAssignment(layouts).make();
+}
+
+std::map<std::string, std::string> slugTable(const std::vector<Layout>& layouts) {
+  std::vector<std::string> slugs = slugsOf(layouts);
+  std::map<std::string, std::string> table;
+  for (std::size_t i = 0; i < layouts.size(); ++i) table.try_emplace(layouts[i].id, std::move(slugs[i]));
+  return table;
 }
 
 std::optional<std::string> slugExplanation(std::string_view name, std::string_view slug) {

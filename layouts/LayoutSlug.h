@@ -15,8 +15,11 @@ namespace velto {
 /// else's.
 std::string layoutSlug(std::string_view name);
 
-/// From the id of each layout to the word that opens it. The words differ from each other, are never empty,
-/// reserved or port-like, and hold for this very list only: another layout may change them.
+/// For each layout, in their order, the word that opens it. The words differ from each other, are never
+/// empty, reserved or port-like, and hold for this very list only: another layout may change them.
+std::vector<std::string> slugsOf(const std::vector<Layout>& layouts);
+
+/// The same words by the ids of the layouts; of several with one id, the first.
 std::map<std::string, std::string> slugTable(const std::vector<Layout>& layouts);
 
 /// Why the layout of this name answers to another word than the one its name gives; absent when it does not.

@@ -125,11 +125,10 @@ std::optional<Layout> LayoutStore::layoutWithId(std::string_view id) const {
 std::optional<Layout> LayoutStore::layoutWithSlug(std::string_view slug) const {
   const std::string wanted = lowercased(slug);
   std::vector<Layout> layouts = loadAll().layouts;
-  const auto slugs = slugTable(layouts);
-  return first(std::move(layouts), [&](const Layout& layout) {
-    const auto entry = slugs.find(layout.id);
-    return entry != slugs.end() && entry->second == wanted;
-  });
+  const std::vector<std::string> slugs = slugsOf(layouts);
+  const auto found = std::find(slugs.begin(), slugs.end(), wanted);
+  if (found == slugs.end()) return std::nullopt;
+  return std::move(layouts[static_cast<std::size_t>(found - slugs.begin())]);
 }
 
 std::optional<Layout> LayoutStore::layoutNamed(std::string_view name) const {
@@ -146,8 +145,17 @@ void LayoutStore::save(const Layout& layout) {
 }
 
 void LayoutStore::deleteLayout(std::string_view id) {
-  if (isOneComponent(id) && files_.exists(fileOf(id))) files_.remove(fileOf(id));
+  if (isOneComponent(id)) removeFile(fileOf(id));
   settle(id, nullptr);
+}
+
+bool LayoutStore::hasFileOf(std::string_view id) const {
+  return isOneComponent(id) && files_.exists(fileOf(id));
+}
+
+void LayoutStore::removeFile(const std::filesystem::path& path) {
+  const auto info = files_.info(path);
+  if (info && info->type != FileInfo::Type::directory) files_.remove(path);
 }
 
 void LayoutStore::settle(std::string_view id, const Layout* kept) {
@@ -170,6 +178,25 @@ std::string LayoutStore::writeThumbnail(std::string_view pngData, std::string_vi
   }
   files_.writeAtomically(thumbnails() / (name + ".png"), pngData);
   return "thumbs/" + name + ".png";
+}
+
+void LayoutStore::setThumbnails(std::string_view layoutId, const ThumbnailPaths& paths) {
+  if (!isSafeIdentifier(layoutId)) throw LayoutStoreError(LayoutStoreError::Kind::unsafeIdentifier);
+  JsonParser parser;
+  Layout layout = decodeLayout(parser, files_.read(fileOf(layoutId)));
+  std::set<std::string, std::less<>> unused;
+  for (const auto& entry : paths) unused.insert(entry.second);
+  for (LayoutWindow& window : layout.windows) {
+    const auto path = paths.find(window.id);
+    if (path == paths.end()) continue;
+    window.thumbnail = path->second;
+    unused.erase(path->second);
+  }
+  files_.writeAtomically(fileOf(layoutId), encodeJson(layout));
+  if (!unused.empty()) {
+    removeThumbnails([&](const std::string& name) { return unused.contains("thumbs/" + name); });
+  }
+  notifications_.post(kLayoutsDidChange);
 }
 
 void LayoutStore::createDirectories() {
@@ -204,7 +231,7 @@ void LayoutStore::removeThumbnails(const std::function<bool(const std::string& n
   }
   for (const std::string& name : names) {
     try {
-      if (goes(name)) files_.remove(thumbnails() / name);
+      if (goes(name)) removeFile(thumbnails() / name);
     } catch (const FileError&) {
       // It stays until the next change of its layout.
     }
@@ -232,6 +259,13 @@ void LayoutStore::writeIndex(const Contents& stored) {
   } catch (const FileError&) {
     // The next start writes it.
   }
+}
+
+void LayoutStore::prepare() {
+  for (const auto& folder : {directory_.parent_path(), directory_, thumbnails()}) {
+    files_.removeAbandonedWrites(folder);
+  }
+  refreshIndexIfStale();
 }
 
 void LayoutStore::refreshIndexIfStale() {

@@ -2,6 +2,7 @@
 
 #include <filesystem>
 #include <functional>
+#include <map>
 #include <optional>
 #include <span>
 #include <stdexcept>
@@ -46,11 +47,16 @@ class LayoutStore : public Weakable {
     std::vector<UnreadableLayoutFile> unreadable;
   };
 
+  /// From the identifier of a window to the path of its picture.
+  using ThumbnailPaths = std::map<std::string, std::string>;
+
   LayoutStore(FileManager& files, NotificationCenter& notifications,
               const std::filesystem::path& applicationSupportDirectory);
 
   [[nodiscard]] const std::filesystem::path& directory() const { return directory_; }
 
+  /// Whether there is a file under the layout's identifier. Reads nothing. Never throws.
+  [[nodiscard]] bool hasFileOf(std::string_view id) const;
   /// Empty when the folder cannot be listed. Never throws.
   [[nodiscard]] Contents loadAll() const;
   [[nodiscard]] std::optional<Layout> layoutWithId(std::string_view id) const;
@@ -66,7 +72,12 @@ class LayoutStore : public Weakable {
   void deleteLayout(std::string_view id);
   /// Returns the path for `LayoutWindow::thumbnail`. Posts nothing. Throws `FileError` or `LayoutStoreError`.
   std::string writeThumbnail(std::string_view pngData, std::string_view layoutId, std::string_view windowId);
+  /// Puts pictures into a layout that has a file under its identifier, in one write of that file. One whose
+  /// window is gone is removed. Throws `FileError`, `UnreadableLayout` or what `save` throws.
+  void setThumbnails(std::string_view layoutId, const ThumbnailPaths& paths);
   void removeAllThumbnails();
+  /// Once after the start: removes what killed writers left in the folders, then `refreshIndexIfStale`.
+  void prepare();
   /// Writes "index.txt" anew unless it says already what it should. Posts nothing.
   void refreshIndexIfStale();
 
@@ -81,6 +92,8 @@ class LayoutStore : public Weakable {
   void createDirectories();
   /// Removes the pictures of one layout that neither `kept` nor a layout on disk names.
   void prune(std::string_view id, const Layout* kept, const Contents& stored);
+  /// Never a folder with what it holds.
+  void removeFile(const std::filesystem::path& path);
   void removeThumbnails(const std::function<bool(const std::string& name)>& goes);
   void writeIndex(const Contents& stored);
   /// After a change of the file of the layout `id`; `kept` is the layout if it is still there.

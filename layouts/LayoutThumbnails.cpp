@@ -13,10 +13,9 @@ namespace velto {
 namespace {
 
 constexpr double kLongSide = 480;
+/// A page that hangs costs the others no more than this, in seconds.
+constexpr double kPatience = 5;
 constexpr const char* kEnabledKey = "layoutThumbnailsEnabled";
-
-/// From the identifier of a window to the path of its picture.
-using Paths = std::map<std::string, std::string>;
 
 /// Of several windows with one page the newest shows it.
 std::map<std::string, WebView*> openPages(const Application& application) {
@@ -36,51 +35,69 @@ double pictureWidth(Size shown) {
   return std::round(shown.width * kLongSide / longSide);
 }
 
-void putIntoLayout(LayoutStore& store, const std::string& id, const Paths& paths) {
-  if (paths.empty()) return;
-  auto layout = store.layoutWithId(id);
-  if (!layout) return;
-  for (LayoutWindow& window : layout->windows) {
-    const auto path = paths.find(window.id);
-    if (path != paths.end()) window.thumbnail = path->second;
+bool areWanted(const UserDefaults& defaults) { return defaults.boolean(kEnabledKey).value_or(true); }
+
+/// The pictures of one layout, until all are there or it takes too long.
+struct Capture {
+  WeakPtr<LayoutStore> store;
+  const UserDefaults& defaults;
+  std::string layoutId;
+  Task completion;
+  LayoutStore::ThumbnailPaths paths;
+  bool isOver = false;
+
+  [[nodiscard]] bool mayWrite() const {
+    return !isOver && store && areWanted(defaults) && store->hasFileOf(layoutId);
   }
-  try {
-    store.save(*layout);
-  } catch (const std::exception&) {
-    // The layout stays without the pictures.
+
+  void add(const std::string& windowId, const std::optional<std::string>& png) {
+    if (!png || !mayWrite()) return;
+    try {
+      paths[windowId] = store->writeThumbnail(*png, layoutId, windowId);
+    } catch (const std::exception&) {
+      // It stays without a new picture.
+    }
   }
-}
+
+  void end() {
+    if (isOver) return;
+    try {
+      if (!paths.empty() && mayWrite()) store->setThumbnails(layoutId, paths);
+    } catch (const std::exception&) {
+      // The layout stays without the pictures.
+    }
+    isOver = true;
+    if (completion) completion();
+  }
+};
 
 }  // namespace
 
 void captureThumbnails(const Layout& layout, const Application& application, LayoutStore& store,
                        const UserDefaults& defaults, MainQueue& mainQueue, Task completion) {
-  if (!defaults.boolean(kEnabledKey).value_or(true)) {
+  if (!areWanted(defaults)) {
     if (completion) completion();
     return;
   }
   const auto pages = openPages(application);
-  const auto paths = std::make_shared<Paths>();
-  const WeakPtr<LayoutStore> kept(store);
+  const std::shared_ptr<Capture> capture(
+      new Capture{WeakPtr<LayoutStore>(store), defaults, layout.id, std::move(completion), {}});
   DispatchGroup group(mainQueue);
   for (const LayoutWindow& window : layout.windows) {
     const auto page = pages.find(window.url);
     if (page == pages.end()) continue;
     group.enter();
-    const auto taken = [=, layoutId = layout.id, windowId = window.id,
+    const auto taken = [capture, windowId = window.id,
                         pending = group](const std::optional<std::string>& png) mutable {
-      try {
-        if (png && kept) (*paths)[windowId] = kept->writeThumbnail(*png, layoutId, windowId);
-      } catch (const std::exception&) {
-        // It stays without a new picture.
-      }
+      capture->add(windowId, png);
       pending.leave();
     };
     page->second->takeSnapshot(pictureWidth(page->second->bounds().size), taken);
   }
-  group.notify([kept, paths, id = layout.id, completion = std::move(completion)]() mutable {
-    if (kept) putIntoLayout(*kept, id, *paths);
-    if (completion) completion();
+  WorkItem deadline = mainQueue.after(kPatience, [capture] { capture->end(); });
+  group.notify([capture, deadline]() mutable {
+    deadline.cancel();
+    capture->end();
   });
 }
 

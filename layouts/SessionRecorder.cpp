@@ -11,7 +11,6 @@ namespace {
 
 constexpr double kRecordingDelay = 1.5;
 constexpr double kDisplayPollInterval = 1;
-constexpr const char* kRestoreWindowsKey = "restoreWindowsOnLaunch";
 
 class LoadedSession : public RecordedSession {
  public:
@@ -35,11 +34,6 @@ Layout layoutOf(const VeltoSession& session) {
   layout.displays = session.displays;
   layout.windows = session.windows;
   return layout;
-}
-
-bool isApproximated(const std::vector<LayoutRestorePlan::Entry>& entries) {
-  return std::any_of(entries.begin(), entries.end(),
-                     [](const LayoutRestorePlan::Entry& entry) { return entry.relocated || entry.adjusted; });
 }
 
 }  // namespace
@@ -68,8 +62,7 @@ void SessionRecorder::scheduleSessionRecording() {
 void SessionRecorder::recordSessionNow() {
   if (!isRecording()) return;
   sessionRecordingWorkItem_.cancel();
-  // What changed while there was no display is recorded once there is one again.
-  if (!record()) scheduleSessionRecording();
+  record();
 }
 
 void SessionRecorder::finishRecording() {
@@ -99,15 +92,13 @@ std::optional<VeltoSession> SessionRecorder::currentSession(
   return mayReplace ? std::optional(std::move(session)) : std::nullopt;
 }
 
-bool SessionRecorder::record() {
-  const auto displays = currentDisplays(platform_.application);
-  const auto session = currentSession(displays);
+void SessionRecorder::record() {
+  const auto session = currentSession(currentDisplays(platform_.application));
   try {
     if (session) writer_.write(encodeJson(*session));
   } catch (const JsonError&) {
     // A number that no file can hold; the record before this one stays.
   }
-  return !displays.empty();
 }
 
 std::unique_ptr<RecordedSession> SessionRecorder::load() {
@@ -126,16 +117,17 @@ void SessionRecorder::restoreSession(const VeltoSession& session) {
     });
     return;
   }
-  const auto entries = LayoutRestorePlan::plan(layoutOf(session), displays).entries;
-  manager_.openEntries(entries);
+  const auto plan = LayoutRestorePlan::plan(layoutOf(session), displays);
+  manager_.openEntries(plan.entries);
   if (session.layoutID && manager_.store().layoutWithId(*session.layoutID)) {
     manager_.setCurrentLayoutID(*session.layoutID);
   }
-  if (!isApproximated(entries)) return;
-  toasts_.show("Reopened " + countedWindows(entries.size()) + ", fitted to this screen");
+  if (!plan.isApproximated()) return;
+  toasts_.show("Reopened " + countedWindows(plan.entries.size()) + ", fitted to this screen");
 }
 
 void SessionRecorder::restoreWhenPossible() {
+  if (!waitingSession_) return;  // asked for twice, and reopened by now
   const VeltoSession session = *std::exchange(waitingSession_, std::nullopt);
   // What was asked for meanwhile counts more.
   if (openPanels(platform_.application).empty()) restoreSession(session);

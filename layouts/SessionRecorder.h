@@ -24,7 +24,8 @@ namespace velto {
 ///   that never had one, or only private ones, leaves the record alone.
 /// - Or recording was just turned on for what is there now.
 /// Nothing at all is recorded while no display is connected, since then no window has a place, nor while a
-/// session waits for a display to be reopened on.
+/// session waits for a display to be reopened on. Displays that come back find the windows wherever the
+/// window manager put them meanwhile, so it takes a further change until they are recorded.
 ///
 /// Main thread only.
 class SessionRecorder : public Sessions, public Weakable {
@@ -48,8 +49,7 @@ class SessionRecorder : public Sessions, public Weakable {
   /// Nothing when what is open now must not replace the record.
   [[nodiscard]] std::optional<VeltoSession> currentSession(
       const std::vector<LayoutDisplaySnapshot>& displays) const;
-  /// False while no display is connected.
-  bool record();
+  void record();
   void restoreWhenPossible();
   [[nodiscard]] bool anyOrdinaryWindow() const;
 

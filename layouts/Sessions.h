@@ -6,6 +6,9 @@
 
 namespace velto {
 
+/// The preference whether the recorded windows are reopened at the next start; on unless it says otherwise.
+constexpr const char* kRestoreWindowsKey = "restoreWindowsOnLaunch";
+
 /// A recorded session that was read at start-up and may still be reopened.
 class RecordedSession {
  public:

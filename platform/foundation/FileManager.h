@@ -59,6 +59,9 @@ class FileManager {
   virtual void rename(const Path& from, const Path& to) = 0;
   /// Names in the folder, in byte order, without "." and "..".
   [[nodiscard]] virtual std::vector<std::string> list(const Path& directory) const = 0;
+  /// Removes from the folder what writes left aside whose process was killed. A folder behind a link is left
+  /// alone. Never throws.
+  virtual void removeAbandonedWrites(const Path&) {}
   /// Does not follow links. Nothing when there is nothing or it cannot be looked at. Never throws.
   [[nodiscard]] virtual std::optional<FileInfo> info(const Path& path) const = 0;
 

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
+#include <charconv>
+#include <csignal>
 #include <cstdio>
 #include <random>
 #include <system_error>
@@ -18,6 +20,10 @@ namespace velto {
 namespace {
 
 using Path = std::filesystem::path;
+
+constexpr std::string_view kAsidePrefix = ".velto-";
+/// Nothing that this program keeps comes near it.
+constexpr std::size_t kLargestFile = 256U << 20U;
 
 FileError::Kind kindOf(int error) {
   switch (error) {
@@ -108,7 +114,8 @@ class TemporaryFile {
     constexpr int kAttempts = 16;
     for (int attempt = 0; attempt < kAttempts; ++attempt) {
       std::array<char, 48> name{};
-      std::snprintf(name.data(), name.size(), ".velto-%d-%08x%08x", ::getpid(), random(), random());
+      std::snprintf(name.data(), name.size(), "%s%d-%08x%08x", kAsidePrefix.data(), ::getpid(), random(),
+                    random());
       path_ = target.parent_path() / name.data();
       file_ = openRetrying(path_, O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW);
       if (file_.isOpen()) return;
@@ -147,6 +154,22 @@ void flushFolder(const Path& folder) {
   if (directory.isOpen()) ::fsync(directory.number());
 }
 
+/// The process that wrote aside under this name; absent for the name of any other file.
+std::optional<pid_t> writerOf(std::string_view name) {
+  constexpr std::size_t kRandomLength = 16;
+  constexpr std::string_view kHexDigits = "0123456789abcdef";
+  if (!name.starts_with(kAsidePrefix)) return std::nullopt;
+  name.remove_prefix(kAsidePrefix.size());
+  pid_t writer = 0;
+  const auto [end, error] = std::from_chars(name.data(), name.data() + name.size(), writer);
+  const std::string_view rest(end, static_cast<std::size_t>(name.data() + name.size() - end));
+  const bool fits = error == std::errc() && writer > 0 && rest.size() == kRandomLength + 1 &&
+                    rest.front() == '-' && rest.find_first_not_of(kHexDigits, 1) == std::string_view::npos;
+  return fits ? std::optional(writer) : std::nullopt;
+}
+
+bool isDead(pid_t process) { return ::kill(process, 0) != 0 && errno == ESRCH; }
+
 bool isDirectory(const Path& path) {
   struct stat status {};
   return ::stat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
@@ -158,6 +181,7 @@ std::string PosixFileManager::read(const Path& path) const {
   const Descriptor file = openFile(FileOperation::read, path, O_RDONLY);
   struct stat status {};
   if (::fstat(file.number(), &status) != 0) fail(FileOperation::read, path, errno);
+  if (static_cast<std::size_t>(status.st_size) > kLargestFile) fail(FileOperation::read, path, EFBIG);
   // The byte of room beyond what should be there tells the end of the file from a file that has grown.
   std::string bytes(static_cast<std::size_t>(status.st_size) + 1, '\0');
   std::size_t filled = 0;
@@ -167,6 +191,7 @@ std::string PosixFileManager::read(const Path& path) const {
     if (count < 0) fail(FileOperation::read, path, errno);
     if (count == 0) break;
     filled += static_cast<std::size_t>(count);
+    if (filled > kLargestFile) fail(FileOperation::read, path, EFBIG);
     if (filled == bytes.size()) bytes.resize(2 * filled);
   }
   bytes.resize(filled);
@@ -194,9 +219,9 @@ void PosixFileManager::createDirectory(const Path& path) {
   const Path folder = checked(FileOperation::makeDirectory, path).has_filename() ? path : path.parent_path();
   if (isDirectory(folder)) return;
   if (folder.has_relative_path() && folder.has_parent_path()) createDirectory(folder.parent_path());
-  if (::mkdir(folder.c_str(), 0700) != 0 && !(errno == EEXIST && isDirectory(folder))) {
-    fail(FileOperation::makeDirectory, path, errno);
-  }
+  if (::mkdir(folder.c_str(), 0700) == 0) return;
+  const int error = errno;
+  if (error != EEXIST || !isDirectory(folder)) fail(FileOperation::makeDirectory, path, error);
 }
 
 void PosixFileManager::remove(const Path& path) {
@@ -227,6 +252,22 @@ std::vector<std::string> PosixFileManager::list(const Path& directory) const {
   if (error) fail(FileOperation::list, directory, error.value());
   std::sort(names.begin(), names.end());
   return names;
+}
+
+void PosixFileManager::removeAbandonedWrites(const Path& directory) {
+  // By the open folder, so that neither a link in its place nor one inside leads elsewhere.
+  const Descriptor folder = openRetrying(directory, O_RDONLY | O_DIRECTORY | O_NOFOLLOW);
+  if (!folder.isOpen()) return;
+  std::vector<std::string> names;
+  try {
+    names = list("/proc/self/fd/" + std::to_string(folder.number()));
+  } catch (const FileError&) {
+    return;
+  }
+  for (const std::string& name : names) {
+    const auto writer = writerOf(name);
+    if (writer && isDead(*writer)) ::unlinkat(folder.number(), name.c_str(), 0);
+  }
 }
 
 std::optional<FileInfo> PosixFileManager::info(const Path& path) const {

@@ -4,7 +4,8 @@
 
 namespace velto {
 
-/// The real disk. It never waits for a pipe or a device in a file's place: those are refused.
+/// The real disk. It never waits for a pipe or a device in a file's place: those are refused, and
+/// so is a file of more than 256 MB.
 class PosixFileManager final : public FileManager {
  public:
   [[nodiscard]] std::string read(const Path& path) const override;
@@ -14,6 +15,7 @@ class PosixFileManager final : public FileManager {
   void remove(const Path& path) override;
   void rename(const Path& from, const Path& to) override;
   [[nodiscard]] std::vector<std::string> list(const Path& directory) const override;
+  void removeAbandonedWrites(const Path& directory) override;
   [[nodiscard]] std::optional<FileInfo> info(const Path& path) const override;
 };
 

@@ -45,6 +45,34 @@ std::optional<Edid> readEdid(GdkDisplay* display, RROutput output) {
   return parseEdid({bytes.get(), count});
 }
 
+struct XFreeResources {
+  void operator()(XRRScreenResources* resources) const { XRRFreeScreenResources(resources); }
+};
+
+struct XFreeCrtc {
+  void operator()(XRRCrtcInfo* crtc) const { XRRFreeCrtcInfo(crtc); }
+};
+
+/// Whether the server has outputs, none of which shows a picture.
+bool allOutputsAreOff(GdkDisplay* display) {
+  Display* const x = gdk_x11_display_get_xdisplay(display);
+  gdk_x11_display_error_trap_push(display);
+  const std::unique_ptr<XRRScreenResources, XFreeResources> resources(
+      XRRGetScreenResourcesCurrent(x, DefaultRootWindow(x)));
+  bool off = resources && resources->noutput > 0;
+  for (int i = 0; off && i < resources->ncrtc; ++i) {
+    const std::unique_ptr<XRRCrtcInfo, XFreeCrtc> crtc(
+        XRRGetCrtcInfo(x, resources.get(), resources->crtcs[i]));
+    off = !crtc || crtc->mode == None || crtc->noutput == 0;
+  }
+  return gdk_x11_display_error_trap_pop(display) == 0 && off;
+}
+
+/// GDK never tells of no monitor: with all outputs off it makes one up.
+bool isStandIn(GdkDisplay* display, GdkMonitor* monitor) {
+  return gdk_x11_monitor_get_output(monitor) == None && allOutputsAreOff(display);
+}
+
 }  // namespace
 
 GtkScreens::GtkScreens(GdkDisplay* display, std::function<void()> changed)
@@ -64,7 +92,8 @@ void GtkScreens::onMonitorsChanged(GdkScreen*, gpointer self) {
 GdkMonitor* GtkScreens::primary() const {
   if (gdk_display_get_n_monitors(display_) == 0) return nullptr;
   GdkMonitor* const chosen = gdk_display_get_primary_monitor(display_);
-  return chosen != nullptr ? chosen : gdk_display_get_monitor(display_, 0);
+  GdkMonitor* const monitor = chosen != nullptr ? chosen : gdk_display_get_monitor(display_, 0);
+  return monitor == nullptr || isStandIn(display_, monitor) ? nullptr : monitor;
 }
 
 ScreenGeometry GtkScreens::geometry() const {
@@ -75,6 +104,7 @@ ScreenGeometry GtkScreens::geometry() const {
 std::vector<Screen> GtkScreens::all() const {
   std::vector<Screen> screens;
   GdkMonitor* const first = primary();
+  if (first == nullptr) return screens;
   const int count = gdk_display_get_n_monitors(display_);
   for (int i = 0; i < count; ++i) {
     GdkMonitor* const monitor = gdk_display_get_monitor(display_, i);

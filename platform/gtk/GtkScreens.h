@@ -21,7 +21,7 @@ class GtkScreens {
   /// `changed` is called after each change of the monitors.
   GtkScreens(GdkDisplay* display, std::function<void()> changed);
 
-  /// The primary one first. Empty for the moment in which GDK knows of none.
+  /// The primary one first. Empty while all outputs are off or GDK knows of none.
   [[nodiscard]] std::vector<Screen> all() const;
   /// While there is no monitor this is the geometry of the last one.
   [[nodiscard]] ScreenGeometry geometry() const;

@@ -326,6 +326,8 @@ void HeadlessWebView::setResponsive(bool responsive) {
   if (!responsive) return;
   if (std::exchange(stalled_, false) && load_) queueStep();
   for (HeldScript& held : std::exchange(heldScripts_, {})) runScript(std::move(held));
+  for (HeldSnapshot& held : std::exchange(heldSnapshots_, {}))
+    takeSnapshot(held.width, std::move(held.completion));
 }
 
 void HeadlessWebView::setScriptAnswer(std::function<std::optional<JsonValue>(std::string_view)> answer) {
@@ -351,6 +353,9 @@ void HeadlessWebView::runScript(HeldScript held) {
 }
 
 void HeadlessWebView::dropHeldScripts() {
+  for (HeldSnapshot& held : std::exchange(heldSnapshots_, {})) {
+    engine_.loop().async([completion = std::move(held.completion)] { completion(std::nullopt); });
+  }
   for (HeldScript& held : std::exchange(heldScripts_, {})) {
     if (held.completion)
       engine_.loop().async([completion = std::move(held.completion)] { completion(std::nullopt); });
@@ -434,6 +439,7 @@ void HeadlessWebView::fetch(const std::string& urlText,
 }
 
 void HeadlessWebView::takeSnapshot(double width, std::function<void(std::optional<std::string>)> completion) {
+  if (!responsive_ && !crashed_) return heldSnapshots_.push_back({width, std::move(completion)});
   const Size shown = frame().size;
   std::optional<std::string> picture;
   if (page_ && !crashed_ && !bounds().isEmpty() && width >= 1 && width <= Window::kMaximumSide) {

@@ -17,8 +17,8 @@ namespace velto {
 ///
 /// A load takes the address at once and everything else comes through the loop. A page that asks before it is
 /// left does so before the navigation starts, so that a refused one only fails. Addresses read as engines
-/// write them: "http://LocalHost:80" becomes "http://localhost/". While the page does not respond its loads
-/// and scripts stand still.
+/// write them: "http://LocalHost:80" becomes "http://localhost/". While the page does not respond its loads,
+/// scripts and pictures stand still.
 class HeadlessWebView final : public WebView {
  public:
   HeadlessWebView(HeadlessWebEngine& engine, const Rect& frame, WebViewConfiguration configuration);
@@ -113,6 +113,10 @@ class HeadlessWebView final : public WebView {
     /// Of the page that it is for.
     std::uint64_t generation = 0;
   };
+  struct HeldSnapshot {
+    double width = 0;
+    std::function<void(std::optional<std::string>)> completion;
+  };
 
   std::optional<Navigation> begin(Load load);
   std::optional<Navigation> goTo(std::size_t place);
@@ -163,6 +167,7 @@ class HeadlessWebView final : public WebView {
   double pageZoom_ = 1;
   std::function<std::optional<JsonValue>(std::string_view)> scriptAnswer_;
   std::vector<HeldScript> heldScripts_;
+  std::vector<HeldSnapshot> heldSnapshots_;
   std::vector<std::string> scripts_;
   std::vector<KeyEvent> keysReceived_;
 };

@@ -18,18 +18,23 @@ _velto() {
     words='--port --size --width --height --x --y --top-left --zoom --collapsed-controls --reuse
       --background --on-top --no-focus --incognito --print-url --help --version'
   elif [[ -z $words && ${COMP_WORDS[1]} != completion ]]; then
-    ((COMP_CWORD == 1)) && words="completion import-safari layouts $(velto layouts names 2>/dev/null)"
+    ((COMP_CWORD == 1)) && words="completion import-safari layouts $(_velto_layout_names)"
     [[ $current == */* ]] && compopt -o default 2>/dev/null
   fi
   local IFS=$' \t\n'
   mapfile -t COMPREPLY < <(compgen -W "$words" -- "$current")
 }
 
+# compgen runs what its words ask for, so nothing but plain short names may get there.
+_velto_layout_names() {
+  velto layouts names 2>/dev/null | LC_ALL=C grep -xE '[a-z0-9-]+'
+}
+
 _velto_layouts() {
   case $COMP_CWORD:${COMP_WORDS[2]} in
     2:*) words='list names open pick rename save show' ;;
-    3:rename) words=$(velto layouts names 2>/dev/null) ;;
-    *:open) words="$(velto layouts names 2>/dev/null) --copy --exact" ;;
+    3:rename) words=$(_velto_layout_names) ;;
+    *:open) words="$(_velto_layout_names) --copy --exact" ;;
     *:list) words=--json ;;
   esac
   [[ $current == -* ]] && words+=' --print-url --help'

@@ -8,6 +8,7 @@ import select
 import shutil
 import subprocess
 import time
+from pathlib import Path
 from urllib.parse import quote
 
 import pytest
@@ -53,6 +54,8 @@ HANDED_OVER = [
     (["layouts", "open", LAYOUTS[6][1]], OPEN + "q-uo-te-id-s"),
     (["layouts", "open", "layouts"], OPEN + "layouts-layout"),
     (["layouts", "open", "--exact", "focus-2", "--copy"], OPEN + "focus-2&copy=true&exact=true"),
+    (["layouts", "open", "CRÈME BRÛLÉE"], "velto://layout?action=open&name=CR%C3%88ME%20BR%C3%9BL%C3%89E"),
+    (["layouts", "rename", "über", "x"], "velto://layout?action=rename&name=%C3%BCber&to=x"),
     (["layouts", "save", "Ü & b=c"], "velto://layout?action=save&name=%C3%9C%20%26%20b%3Dc"),
     (["layouts", "save", "--", "--copy"], "velto://layout?action=save&name=--copy"),
     (["layouts", "rename", "Focus", "100% new"], "velto://layout?action=rename&slug=focus&to=100%25%20new"),
@@ -111,6 +114,7 @@ def test_without_layouts(velto):
         assert json.loads(printed(velto, "layouts", "list", "--json")) == []
         assert "no port, address, command or layout" in refused(velto, "focus")
         assert "there are none yet" in refused(velto, "layouts", "open", "focus")
+        assert "there are none yet" in refused(velto, "layouts", "open", "über")
         assert printed(velto, "layouts", "save", "A", "--print-url") == "velto://layout?action=save&name=A\n"
 
 
@@ -213,7 +217,8 @@ COMPLETIONS = [
 
 @pytest.mark.parametrize("words,expected", COMPLETIONS)
 def test_bash_completion(velto, words, expected):
-    velto.write_index(*LAYOUTS)
+    hostile = [f"x$(touch {velto.root}/ran)", "`touch${IFS}ran`", "é", "-~", ""]
+    velto.write_index(*LAYOUTS, *[("8", "x", word, "1", "1", "") for word in hostile])
     quoted = " ".join(f"'{word}'" for word in words)
     script = f"""set -u; source /dev/stdin
       COMP_WORDS=(velto {quoted}); COMP_CWORD={len(words)}
@@ -223,6 +228,7 @@ def test_bash_completion(velto, words, expected):
     completion = velto("completion", "bash").stdout
     result = subprocess.run(["bash", "-c", script], input=completion, capture_output=True, env=environment)
     assert (result.stdout.decode().strip(), result.stderr) == (expected, b"")
+    assert not (velto.root / "ran").exists() and not Path("ran").exists()
 
 
 def test_urls_carry_what_was_typed(velto):

@@ -1,7 +1,9 @@
+#include <algorithm>
 #include <filesystem>
 #include <functional>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include <gtest/gtest.h>
 #include <stdlib.h>
@@ -12,6 +14,8 @@
 #include "platform/headless/MemoryFileManager.h"
 #else
 #include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 #include "platform/foundation/PosixFileManager.h"
 #endif
@@ -239,6 +243,44 @@ TEST_F(FileManagerContract, DoesNotWaitForAPipe) {
   EXPECT_EQ(failure([&] { (void)files_.read(file_); }), Kind::other);
   EXPECT_EQ(failure([&] { files_.append(file_, "x"); }), Kind::other);
   EXPECT_EQ(files_.info(file_)->type, Type::other);
+}
+
+TEST_F(FileManagerContract, RefusesAFileThatIsTooLarge) {
+  files_.writeAtomically(file_, "x");
+  std::filesystem::resize_file(file_, 1ULL << 37U);
+  EXPECT_EQ(failure([&] { (void)files_.read(file_); }), Kind::other);
+}
+
+TEST_F(FileManagerContract, RemovesWhatKilledWritersLeft) {
+  const pid_t dead = ::fork();
+  if (dead == 0) ::_exit(0);
+  ASSERT_EQ(::waitpid(dead, nullptr, 0), dead);
+  const std::string left = ".velto-" + std::to_string(dead) + "-0123456789abcdef";
+  const std::vector<std::string> stay = {
+      ".velto-" + std::to_string(::getpid()) + "-0123456789abcdef",
+      ".velto-" + std::to_string(dead) + "-folder",
+      ".velto--1-0123456789abcdef",
+      ".velto-0-0123456789abcdef",
+      ".velto-99999999999999999999-0123456789abcdef",
+      left + "0",
+      "x" + left,
+  };
+  files_.createDirectory(root_ / "in");
+  for (const std::string& name : stay) files_.append(root_ / "in" / name, "x");
+  files_.append(root_ / "in" / left, "x");
+  files_.writeAtomically(file_, "target");
+  backend_.makeLink(root_ / "in" / (left.substr(0, left.size() - 1) + "0"), file_);
+  files_.createDirectory(root_ / "in" / (left.substr(0, left.size() - 1) + "1") / "full");
+  backend_.makeLink(root_ / "link", "in");
+  files_.removeAbandonedWrites(root_ / "link");
+  EXPECT_TRUE(files_.exists(root_ / "in" / left)) << "behind a link nothing is touched";
+  files_.removeAbandonedWrites(root_ / "none");
+  files_.removeAbandonedWrites(root_ / "in");
+  std::vector<std::string> expected = stay;
+  expected.push_back(left.substr(0, left.size() - 1) + "1");
+  std::sort(expected.begin(), expected.end());
+  EXPECT_EQ(files_.list(root_ / "in"), expected);
+  EXPECT_EQ(files_.read(file_), "target");
 }
 
 TEST_F(FileManagerContract, ANameWithANulIsNoOtherName) {

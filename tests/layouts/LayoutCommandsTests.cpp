@@ -1,5 +1,6 @@
 #include <gmock/gmock.h>
 
+#include "layouts/LayoutFormat.h"
 #include "tests/layouts/LayoutsApplication.h"
 
 namespace velto {
@@ -126,6 +127,54 @@ TEST(LayoutCommands, ShowWhatThereIs) {
   EXPECT_THAT(app.alerts(),
               ElementsAre(HasSubstr("Layouts: 3000 (1 window): velto 3000-layout\n\nx.veltolayout.json: ")));
   app.answer("OK");
+}
+
+TEST(LayoutCommands, PrepareTheStoreAfterTheFirstPage) {
+  SavedWork app;
+  const auto file = app.store().directory() / "index.txt";
+  const std::string index = app.headless.files().read(file);
+  app.quit();
+  app.headless.files().writeAtomically(file, "stale");
+  app.start();
+  EXPECT_EQ(app.headless.files().read(file), "stale");
+  app.headless.advance(1);
+  EXPECT_EQ(app.headless.files().read(file), index);
+}
+
+TEST(LayoutCommands, ShowNoMoreLinesThanFit) {
+  const struct {
+    int layouts;
+    int unreadable;
+    std::ptrdiff_t lines;
+    const char* part;
+  } cases[] = {
+      {15, 0, 15, "(0 windows): velto l14"},
+      {99, 0, 16, "and 84 more."},
+      {99, 3, 16, "and 88 more. Run `velto layouts list` to see all of them.\n\nx0.veltolayout.json: "},
+      {99, 6, 16, "and 86 more. Run `velto layouts list` to see all of them.\n\n6 files could not be read."},
+  };
+  for (const auto& c : cases) {
+    LayoutsApplication app;
+    app.start();
+    for (int i = 0; i < c.layouts; ++i) {
+      Layout layout;
+      layout.id = layout.name = "l" + std::to_string(i);
+      layout.createdAt = layout.updatedAt = {1e6 - i};
+      app.headless.files().createDirectory(app.store().directory());
+      app.headless.files().writeAtomically(app.store().directory() / (layout.id + ".veltolayout.json"),
+                                           encodeJson(layout));
+    }
+    for (int i = 0; i < c.unreadable; ++i) {
+      app.headless.files().writeAtomically(
+          app.store().directory() / ("x" + std::to_string(i) + ".veltolayout.json"), "{");
+    }
+    app.command("?action=show");
+    ASSERT_EQ(app.alerts().size(), 1U);
+    const std::string text = app.alerts()[0];
+    EXPECT_THAT(text, HasSubstr(c.part));
+    EXPECT_EQ(std::count(text.begin(), text.end(), '\n') + 1, c.lines) << c.part;
+    app.answer("OK");
+  }
 }
 
 }  // namespace

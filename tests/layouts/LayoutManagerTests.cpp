@@ -291,6 +291,46 @@ TEST(LayoutThumbnails, ArePicturesOfThePagesAndOfNoPrivateWindow) {
   EXPECT_EQ(app.stored().at(0).windows[0].thumbnail, layout.windows[1].thumbnail) << "it keeps what it has";
 }
 
+TEST(LayoutThumbnails, WaitForAPageThatHangsNoLongerThanTheyMust) {
+  const struct {
+    const char* what;
+    std::function<void(LayoutsApplication&)> whileWaiting;
+    std::vector<bool> pictures;
+    std::size_t files;
+  } cases[] = {
+      {"it hangs", [](LayoutsApplication&) {}, {true, false}, 1},
+      {"the layout is deleted",
+       [](LayoutsApplication& app) { app.store().deleteLayout(app.stored().at(0).id); },
+       {},
+       0},
+      {"pictures are turned off",
+       [](LayoutsApplication& app) {
+         app.headless.defaults().set("layoutThumbnailsEnabled", false);
+         app.store().removeAllThumbnails();
+       },
+       {false, false},
+       0},
+  };
+  for (const auto& c : cases) {
+    LayoutsApplication app;
+    app.start().show(kA);
+    auto& hanging = dynamic_cast<HeadlessWebView&>(*app.show(kB).webView);
+    hanging.setResponsive(false);
+    app.manager().save("Pictures", app.headless.loop().now());
+    app.headless.advance(1);
+    c.whileWaiting(app);
+    app.headless.advance(4);
+    hanging.setResponsive(true);
+    app.headless.advance(1);
+    std::vector<bool> pictures;
+    for (const Layout& layout : app.stored()) {
+      for (const LayoutWindow& window : layout.windows) pictures.push_back(window.thumbnail.has_value());
+    }
+    EXPECT_EQ(pictures, c.pictures) << c.what;
+    EXPECT_EQ(app.headless.files().list(app.store().directory() / "thumbs").size(), c.files) << c.what;
+  }
+}
+
 TEST(LayoutMenus, NameLayoutsAndTheirWindows) {
   const auto counted = [](const std::string& name, std::size_t windows) {
     Layout layout = test::makeLayout(name, name);

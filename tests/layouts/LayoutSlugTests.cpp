@@ -102,6 +102,17 @@ TEST(LayoutSlugTests, TableTellsLayoutsApart) {
                {std::string(61, 'a'), 2, std::string(60, 'a') + "-2"}});
 }
 
+TEST(LayoutSlugTests, LayoutsWithOneIdHaveTheirOwnWords) {
+  std::vector<Layout> layouts(3);
+  const char* names[] = {"Two", "One", "one"};
+  for (std::size_t i = 0; i < layouts.size(); ++i) {
+    layouts[i].id = "same";
+    layouts[i].name = names[i];
+  }
+  EXPECT_EQ(slugsOf(layouts), (std::vector<std::string>{"two", "one", "one-2"}));
+  EXPECT_EQ(slugTable(layouts), (std::map<std::string, std::string>{{"same", "two"}}));
+}
+
 TEST(LayoutSlugTests, ManyLayoutsOfOneName) {
   std::vector<Layout> layouts(10'000);
   for (std::size_t i = 0; i < layouts.size(); ++i) {

@@ -110,7 +110,48 @@ TEST_F(LayoutStoreTest, SavesUnderTheIdentifierWhateverTheFileWasCalled) {
   put("foo.veltolayout.json", encodeJson(makeLayout("bar", "Name", 5)));
   store_.save(*store_.layoutWithId("bar"));
   EXPECT_EQ(idsOf(store_.loadAll()), (Names{"bar", "bar"}));
-  EXPECT_EQ(index(), "bar\tName\tname-2\t0\t5\t\nbar\tName\tname-2\t0\t5\t\n");
+  EXPECT_EQ(index(), "bar\tName\tname\t0\t5\t\nbar\tName\tname-2\t0\t5\t\n");
+}
+
+TEST_F(LayoutStoreTest, FindsEachOfSeveralLayoutsWithOneIdByTheWordOfTheIndex) {
+  // By name, the order of the index is another than by the last update.
+  put("1.veltolayout.json", encodeJson(makeLayout("same", "b", 1)));
+  put("2.veltolayout.json", encodeJson(makeLayout("same", "B!", 1)));
+  put("3.veltolayout.json", encodeJson(makeLayout("same", "A", 9)));
+  store_.refreshIndexIfStale();
+  EXPECT_EQ(index(), "same\tA\ta\t0\t9\t\nsame\tb\tb\t0\t1\t\nsame\tB!\tb-2\t0\t1\t\n");
+  const std::vector<std::pair<const char*, const char*>> words = {{"a", "A"}, {"b", "b"}, {"b-2", "B!"}};
+  for (const auto& [word, name] : words) EXPECT_EQ(store_.layoutWithSlug(word)->name, name) << word;
+}
+
+TEST_F(LayoutStoreTest, NeverRemovesFolders) {
+  put("thumbs/a-1.png", "png");
+  files_.createDirectory(folder_ / "thumbs/a-folder/full");
+  files_.createDirectory(folder_ / "b.veltolayout.json/full");
+  store_.deleteLayout("a");
+  store_.deleteLayout("b");
+  store_.removeAllThumbnails();
+  EXPECT_EQ(thumbnails(), Names{"a-folder"});
+  EXPECT_TRUE(files_.exists(folder_ / "thumbs/a-folder/full"));
+  EXPECT_TRUE(files_.exists(folder_ / "b.veltolayout.json/full"));
+}
+
+TEST_F(LayoutStoreTest, PutsPicturesIntoOneLayoutOnly) {
+  store_.save(makeLayout("b", "B", 1));
+  Layout layout = makeLayout("a", "A", 1, {"1", "2"});
+  store_.save(layout);
+  posts_ = 0;
+  const std::string path = store_.writeThumbnail("png", "a", "2");
+  const std::string lost = store_.writeThumbnail("png", "a", "closed");
+  const int before = files_.callCount();
+  store_.setThumbnails("a", {{"2", path}, {"closed", lost}});
+  EXPECT_LE(files_.callCount() - before, 6) << "the other layouts are not read";
+  layout.windows[1].thumbnail = path;
+  EXPECT_EQ(store_.layoutWithId("a"), layout);
+  EXPECT_EQ(thumbnails(), Names{"a-2.png"}) << "nobody would ever show the other";
+  EXPECT_EQ(posts_, 1);
+  EXPECT_THROW(store_.setThumbnails("gone", {{"2", path}}), FileError);
+  EXPECT_THROW(store_.setThumbnails("../a", {{"2", path}}), LayoutStoreError);
 }
 
 TEST_F(LayoutStoreTest, PrunesThePicturesThatNoLayoutNames) {

@@ -109,6 +109,16 @@ TEST(SessionRecorder, ReplacesARecordByAnEmptyOneOnlyWhenThePersonClosedEverythi
          app.headless.advance(2);
          app.setScreens({});
        },
+       {kA}},
+      {"a change after the displays were gone",
+       [](LayoutsApplication& app) {
+         app.setScreens({});
+         app.headless.advance(5);
+         app.setScreens({LayoutsApplication::kMain});
+         app.show(kB);
+         app.headless.advance(2);
+         app.setScreens({});
+       },
        {kB}},
       {"turned on for what is there, which is nothing",
        [](LayoutsApplication& app) {
@@ -187,6 +197,7 @@ TEST(SessionRecorder, WaitsForADisplayWithTheSession) {
   app.quit();
   app.setScreens({});
   app.start();
+  app.layouts->sessions().load()->restore();  // once more
   app.headless.advance(10);
   EXPECT_THAT(app.windows(), IsEmpty());
   app.quit();
@@ -198,6 +209,20 @@ TEST(SessionRecorder, WaitsForADisplayWithTheSession) {
   app.close(*app.panels()[0]);
   app.quit();
   EXPECT_THAT(recorded(app), IsEmpty());
+}
+
+TEST(SessionRecorder, KeepsWhatStoodBeforeTheDisplaysWent) {
+  LayoutsApplication app;
+  app.start();
+  HovrelPanel& panel = app.show(kA, Rect{{700, 500}, {300, 200}});
+  app.headless.advance(2);
+  const std::string before = app.headless.files().read(kFile);
+  app.setScreens({});
+  app.headless.windowSystem().moveByHand(panel, {{0, 0}, {64, 64}});
+  app.headless.advance(5);
+  app.setScreens({LayoutsApplication::kMain});
+  app.headless.advance(5);
+  EXPECT_EQ(app.headless.files().read(kFile), before);
 }
 
 TEST(SessionRecorder, RemembersTheCurrentLayoutWhileItExists) {

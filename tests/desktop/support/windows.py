@@ -28,11 +28,15 @@ class Screen:
         return now.width, now.height
 
     def windows(self):
-        """The application's windows that are on the screen, without its dialogs."""
-        return [Window(self, found) for found, owner in self._ours() if owner is None]
+        """The application's windows that are on the screen, without its dialogs and passing messages."""
+        return [found for found, owner in self._ours() if owner is None and found.has_kind("NORMAL")]
+
+    def alerts(self, program=PROGRAM):
+        """A program's dialogs that belong to none of its windows."""
+        return [found for found, owner in self._ours(program) if owner is None and found.has_kind("DIALOG")]
 
     def dialogs_of(self, window):
-        return [Window(self, found) for found, owner in self._ours() if owner and owner.id == window.id]
+        return [found for found, owner in self._ours() if owner and owner.id == window.id]
 
     def is_above(self, upper, lower):
         order = [child.id for child in self.root.query_tree().children]
@@ -73,14 +77,14 @@ class Screen:
         right, bottom = min(width, frame.x + frame.width), min(height, frame.y + frame.height)
         return Frame(left, top, right - left, bottom - top)
 
-    def _ours(self):
+    def _ours(self, program=PROGRAM):
         """Each with the window that it belongs to, or None."""
         for found in self._clients():
             try:
                 name, now = found.get_wm_class(), found.get_attributes()
                 shown = now.map_state == X.IsViewable and not now.override_redirect
-                if shown and name and name[0] == PROGRAM:
-                    yield found, found.get_wm_transient_for()
+                if shown and name and name[0] == program:
+                    yield Window(self, found), found.get_wm_transient_for()
             except error.XError:
                 continue  # it went away in between
 
@@ -141,6 +145,13 @@ class Window:
     def states(self):
         found = self.handle.get_full_property(self.screen.atom("_NET_WM_STATE"), Xatom.ATOM)
         return {self.screen.x.get_atom_name(atom) for atom in (found.value if found else [])}
+
+    def has_kind(self, kind):
+        try:
+            found = self.handle.get_full_property(self.screen.atom("_NET_WM_WINDOW_TYPE"), Xatom.ATOM)
+            return found is not None and self.screen.atom(f"_NET_WM_WINDOW_TYPE_{kind}") in found.value
+        except error.XError:
+            return False  # it went away in between
 
     def is_on_all_desktops(self):
         found = self.handle.get_full_property(self.screen.atom("_NET_WM_DESKTOP"), Xatom.CARDINAL)
