@@ -3,9 +3,24 @@
 #include <algorithm>
 #include <utility>
 
+#include "platform/gtk/GObject.h"
 #include "platform/gtk/GtkWindowPeer.h"
 
 namespace velto {
+
+namespace {
+
+/// GTK keeps all events from a window whose alert is open, also the wish to close it. A page that shows one
+/// alert after the other must not keep its window that way.
+void deliver(GdkEvent* event, gpointer) {
+  gpointer widget = nullptr;
+  if (event->type == GDK_DELETE) gdk_window_get_user_data(event->any.window, &widget);
+  if (widget == nullptr || !GTK_IS_WINDOW(widget)) return gtk_main_do_event(event);
+  const auto window = GObjectPtr<GtkWidget>::retain(GTK_WIDGET(widget));
+  if (gtk_widget_event(window.get(), event) == FALSE) gtk_widget_destroy(window.get());
+}
+
+}  // namespace
 
 GtkWindowSystem::GtkWindowSystem(GdkDisplay* display, const Clock& clock, MainQueue& queue,
                                  std::function<void()> stop)
@@ -16,9 +31,13 @@ GtkWindowSystem::GtkWindowSystem(GdkDisplay* display, const Clock& clock, MainQu
       focus_(queue),
       screens_(display, [this] {
         for (GtkWindowPeer* peer : peers_) peer->screensChanged();
-      }) {}
+      }) {
+  gdk_event_handler_set(deliver, nullptr, nullptr);
+}
 
-GtkWindowSystem::~GtkWindowSystem() = default;
+GtkWindowSystem::~GtkWindowSystem() {
+  gdk_event_handler_set([](GdkEvent* event, gpointer) { gtk_main_do_event(event); }, nullptr, nullptr);
+}
 
 std::unique_ptr<WindowPeer> GtkWindowSystem::makePeer(Window& window) {
   return std::make_unique<GtkWindowPeer>(window, *this);

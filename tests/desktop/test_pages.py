@@ -51,18 +51,6 @@ def process_of(window, site, application):
     return max(before, key=lambda pid: processes.processor_time(pid) - before[pid])
 
 
-def button_in(window):
-    """The middle of what has the colour of a button, in root coordinates; None when there is none."""
-    picture = window.picture()
-    pixels = picture.load()
-    found = [(x, y) for x in range(0, picture.width, 2) for y in range(0, picture.height, 2)
-             if pixels[x, y] == BUTTON]
-    if len(found) < 100:
-        return None
-    frame = window.frame()
-    return frame.x + sum(x for x, _ in found) // len(found), frame.y + sum(y for _, y in found) // len(found)
-
-
 def test_a_page_that_dies_says_so_and_comes_back(running, site):
     dying = running.open(site.page("/dying", COLOUR, BURNS), "--size", "500x400", "--top-left")
     dying.wait_until_shows(COLOUR)
@@ -70,7 +58,7 @@ def test_a_page_that_dies_says_so_and_comes_back(running, site):
     other.wait_until_shows(OTHER)
 
     os.kill(process_of(dying, site, running), signal.SIGKILL)
-    reload = wait_until(lambda: button_in(dying), "the window offers to load the page again")
+    reload = wait_until(lambda: dying.middle_of(BUTTON), "the window offers to load the page again")
     assert other.shows(OTHER)
     running.desktop.input.click(*other.centre())
     wait_until(other.has_focus, "the other window has the keyboard")
