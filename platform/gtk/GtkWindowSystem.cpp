@@ -63,9 +63,9 @@ GtkSheet::Place GtkWindowSystem::placeOf(const Window* window) {
 }
 
 template <class Sheet, class Question, class Answer>
-void GtkWindowSystem::show(const Question& question, const WeakPtr<Window>& sheetOn,
-                           std::function<void(Answer)> completion) {
-  const auto open = sheets_.insert(sheets_.end(), {nullptr, sheetOn.get()});
+SheetId GtkWindowSystem::show(const Question& question, const WeakPtr<Window>& sheetOn,
+                              std::function<void(Answer)> completion) {
+  const auto open = sheets_.insert(sheets_.end(), {++lastSheet_, nullptr, sheetOn.get()});
   const auto answered = [this, open, done = std::move(completion)](Answer answer) {
     // The dialog is in the middle of its own signal, so it goes later.
     std::shared_ptr<GtkSheet> sheet = std::move(open->sheet);
@@ -75,15 +75,22 @@ void GtkWindowSystem::show(const Question& question, const WeakPtr<Window>& shee
     });
   };
   open->sheet = std::make_unique<Sheet>(question, placeOf(sheetOn.get()), answered);
+  return open->id;
 }
 
-void GtkWindowSystem::showAlert(const Alert& alert, WeakPtr<Window> sheetOn, AlertCompletion completion) {
-  show<GtkAlert>(alert, sheetOn, std::move(completion));
+SheetId GtkWindowSystem::showAlert(const Alert& alert, WeakPtr<Window> sheetOn, AlertCompletion completion) {
+  return show<GtkAlert>(alert, sheetOn, std::move(completion));
 }
 
-void GtkWindowSystem::showOpenPanel(const OpenPanel& panel, WeakPtr<Window> sheetOn,
-                                    OpenPanelCompletion completion) {
-  show<GtkOpenPanel>(panel, sheetOn, std::move(completion));
+SheetId GtkWindowSystem::showOpenPanel(const OpenPanel& panel, WeakPtr<Window> sheetOn,
+                                       OpenPanelCompletion completion) {
+  return show<GtkOpenPanel>(panel, sheetOn, std::move(completion));
+}
+
+void GtkWindowSystem::dismissSheet(SheetId sheet) {
+  const auto found = std::find_if(sheets_.begin(), sheets_.end(),
+                                  [sheet](const OpenSheet& open) { return open.id == sheet; });
+  if (found != sheets_.end()) found->sheet->dismiss();
 }
 
 void GtkWindowSystem::windowGone(const Window& window) {

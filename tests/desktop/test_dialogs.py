@@ -77,6 +77,31 @@ def test_a_page_that_asks_without_end_can_be_closed(running, site, page):
     wait_until(lambda: running.windows() == [] and window.screen.dialogs_of(window) == [], "its question goes as well")
 
 
+def test_a_question_that_comes_by_itself_goes_with_its_window(running, site):
+    window = running.open(site.page("/page", COLOUR, "<script>setTimeout(() => alert('x'), 50)</script>"), *PLACE)
+    dialog = dialog_of(window)
+    window.close(patience=5)
+    dialog.wait_until_gone()
+
+
+def test_nothing_is_left_of_it_when_the_person_stays(running, site):
+    asks = "<script>onbeforeunload = event => { event.preventDefault(); return 'x' }; onclick = () => alert('x')</script>"
+    window = opened(running, site, asks)
+    running.desktop.input.click(*window.centre())
+    first = dialog_of(window)
+    window.ask_to_close()
+    first.wait_until_gone()
+    second = dialog_of(window)
+    running.desktop.input.press("Escape")
+    second.wait_until_gone()
+    wait_until(window.has_focus, "the page has the keyboard again")
+    assert (window.screen.dialogs_of(window), window.shows(COLOUR)) == ([], True)
+    window.ask_to_close()
+    dialog_of(window)
+    running.desktop.input.press("Return")
+    window.wait_until_gone()
+
+
 FILES = """<input type=file id=files style='position:fixed;inset:0;opacity:0;width:100%;height:100%'>
 <script>
 const names = () => [...files.files].map(file => file.name).sort()

@@ -1,5 +1,8 @@
 """Videos in windows of their own, and the pages that they come from."""
 
+import os
+import signal
+
 import pytest
 
 from support.clipboard import text_of
@@ -8,6 +11,8 @@ from support.waiting import wait_until
 COLOUR = "#2060c0"
 VIDEO = "abcdefghijk"
 PLACE = ["--size", "500x700", "--top-left"]
+# The player's offer to try again, and that of the page that tells about a dead one.
+AGAIN, RELOAD = (0x26, 0x22, 0x1E), (0xFF, 0xFD, 0xF7)
 # A page like the video site's, whose video is a box that says how it is treated.
 WATCH = """<div id=movie_player style='position:fixed;inset:0'><video style='width:100%;height:100%'></video></div>
 <script>
@@ -80,6 +85,20 @@ def test_a_video_that_cannot_be_loaded(running):
     """The page says so, with the number that the video can be found by elsewhere."""
     player = running.hand_over(f"velto-player://youtube?v={VIDEO}")
     wait_until(player.has_focus, "the video's window has the keyboard")
-    said = wait_until(lambda: player.middle_of((0x26, 0x22, 0x1E)), "it offers to try again")
+    said = wait_until(lambda: player.middle_of(AGAIN), "it offers to try again")
     assert said[1] > player.centre()[1]
     assert VIDEO in text_of(player, running.desktop.input)
+
+
+def test_a_player_that_dies_comes_back(running):
+    """Its address is nowhere to be fetched from."""
+    player = running.hand_over(f"velto-player://youtube?v={VIDEO}")
+    wait_until(lambda: player.middle_of(AGAIN), "the player is there")
+    for pid in running.web_processes():
+        os.kill(pid, signal.SIGKILL)
+    reload = wait_until(lambda: player.middle_of(RELOAD), "the window offers to load it again")
+    running.desktop.input.click(*reload)
+    wait_until(lambda: player.middle_of(AGAIN) and not player.middle_of(RELOAD), "the player is back")
+    again = running.open(f"https://velto.example/player?v={VIDEO}")
+    assert again.frame()[2:] == (960, 540)
+    wait_until(lambda: again.middle_of(AGAIN), "its web address leads to the player")
