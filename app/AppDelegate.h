@@ -8,12 +8,14 @@
 #include "app/opening/LaunchUrlHandler.h"
 #include "app/opening/Services.h"
 #include "app/opening/WindowOpener.h"
+#include "app/pages/AdBlocker.h"
 #include "app/pages/DebugLog.h"
 #include "app/pages/PageContent.h"
 #include "app/pages/PageDialogs.h"
 #include "app/pages/PageNavigation.h"
 #include "app/pages/PageWindows.h"
 #include "app/windows/OpenWindows.h"
+#include "app/windows/PageQuestions.h"
 #include "app/windows/PageZoom.h"
 #include "app/windows/WindowFurniture.h"
 #include "app/windows/WindowLife.h"
@@ -48,6 +50,7 @@ class AppDelegate : public ApplicationDelegate {
   void zoomOut() { pageZoom_.zoomOut(); }
   void resetZoom() { pageZoom_.resetZoom(); }
   void toggleKeepOnTop() { pinning_.toggleKeepOnTop(); }
+  void toggleAdBlocker() { adBlocker_.toggle(); }
   void unpinAllWindows() { pinning_.unpinAllWindows(); }
   /// @}
 
@@ -72,9 +75,11 @@ class AppDelegate : public ApplicationDelegate {
   std::unique_ptr<RecordedSession> pendingSessionRestore_;
   DebugLog debugLog_;
   OpenWindows windows_;
+  PageQuestions questions_;
   WindowLife windowLife_;
   WindowPinning pinning_;
   PageZoom pageZoom_;
+  AdBlocker adBlocker_;
   PageNavigation navigation_;
   PageWindows pageWindows_;
   PageDialogs dialogs_;

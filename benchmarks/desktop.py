@@ -3,9 +3,9 @@
 
 usage: benchmarks/desktop.py [--runs N] [MEASURE...]
 
-Measures: handoff warm layout cold idle memory; without a name all of them. The programs must have been built:
-script/bench does that. A slow figure is a line in the table and no failure; the exit status is 1 when something could
-not be measured that should have been. Peers that are not installed are skipped.
+Measures: handoff warm layout cold scripts drag idle hover memory; without a name all of them. The programs must have
+been built: script/bench does that. A slow figure is a line in the table and no failure; the exit status is 1 when
+something could not be measured that should have been. Peers that are not installed are skipped.
 """
 
 import argparse
@@ -16,6 +16,8 @@ import time
 
 from measuring import desk, programs, table
 from measuring.desk import NotMeasured
+from measuring.hand import Hand
+from measuring.loads import TimedSite, copy_without_scripts
 from measuring.site import Site
 
 ROOT = os.path.dirname(os.path.dirname(os.path.abspath(__file__)))
@@ -34,6 +36,11 @@ LAYOUT_WINDOWS = 10
 LAYOUT_LIMITS = {"last window mapped": 10, "first pixel": 1.1}
 HANDOFF_LIMIT = 10  # milliseconds
 PRINT_URL_LIMIT = 30  # milliseconds
+LOADS = 40  # of one page, in one window
+SCRIPTS_LIMIT = 1.02
+DRAG_MOVES = 1000
+DOTS = (15, 14)  # points from the window's upper left corner
+DRAG_LIMIT = 50  # milliseconds: three frames
 
 
 class Bench:
@@ -213,12 +220,49 @@ class Bench:
         self.rows.append(table.Row(f"{measure}, ms", table.spread(times["ours"]), name, table.spread(times["theirs"]),
                                    taken / table.median(times["theirs"]), taken, limit, " ms"))
 
+    def scripts(self):
+        """One page over and over, with what every page gets and without."""
+        self.installed([self.velto])
+        bare = programs.Velto(copy_without_scripts(BIN, os.path.join(os.environ["HOME"], "without-scripts")))
+        site = TimedSite()
+        times = {self.velto: [], bare: []}
+        for _ in range(self.runs):
+            for program in times:
+                site.expect(LOADS)
+                desk.run(program.command(site.url))
+                times[program] += site.times()
+                desk.end_all()
+        ours, theirs = times[self.velto], times[bare]
+        self.rows.append(table.Row("a page's load, ms", table.spread(ours), "no user scripts", table.spread(theirs),
+                                   table.median(ours) / table.median(theirs), limit=SCRIPTS_LIMIT))
+
+    def drag(self):
+        self.installed([self.velto])
+        self.first_pixel(self.velto)
+        desk.wait_until_quiet()
+        window, = self.windows.ids()
+        hand = Hand()
+        lags = [hand.drag(window, DRAG_MOVES) for _ in range(self.runs)]
+        self.rows.append(table.Row(f"lag after {DRAG_MOVES} moves of a drag, ms", table.spread(lags), "", "",
+                                   value=table.median(lags), limit=DRAG_LIMIT, unit=" ms"))
+
     def idle(self):
         self.installed([self.velto])
         self.open_and_close(self.velto)
+        self.count_wake_ups("idle")
+
+    def hover(self):
+        """With a window whose dots are under the pointer."""
+        self.installed([self.velto])
+        self.first_pixel(self.velto)
+        window, = self.windows.ids()
+        Hand().rest_at(window, *DOTS)
+        self.count_wake_ups("pointer at rest over the dots")
+
+    def count_wake_ups(self, label):
         application = desk.processes_named(self.velto.process)
         if len(application) != 1:
-            raise NotMeasured("Velto does not run once with its window closed")
+            raise NotMeasured("Velto does not run once")
         time.sleep(IDLE_SETTLING)
         pids = [application[0], *desk.descendants(application[0])]
         before = {thread: switches for pid in pids for thread, switches in desk.context_switches(pid).items()}
@@ -227,12 +271,12 @@ class Bench:
         woken = {thread: now.voluntary - before[thread].voluntary if thread in before else now.voluntary
                  for thread, now in after.items()}
         main = woken[application[0]]
-        self.rows.append(table.Row(f"idle, wake-ups of the main thread in {IDLE_SECONDS} s", str(main), "", "",
+        self.rows.append(table.Row(f"{label}, wake-ups of the main thread in {IDLE_SECONDS} s", str(main), "", "",
                                    value=main, limit=0))
         others = [f"{after[thread].process}/{after[thread].thread} {count}"
                   for thread, count in sorted(woken.items(), key=lambda item: -item[1])
                   if count and thread != application[0]]
-        print(f"idle: wake-ups of other threads in {IDLE_SECONDS} s: {', '.join(others) or 'none'}")
+        print(f"{label}: wake-ups of other threads in {IDLE_SECONDS} s: {', '.join(others) or 'none'}")
 
     def memory(self):
         figures = {}
@@ -249,7 +293,7 @@ class Bench:
                                                ours / values[which]))
 
 
-MEASURES = ["handoff", "warm", "layout", "cold", "idle", "memory"]
+MEASURES = ["handoff", "warm", "layout", "cold", "scripts", "drag", "idle", "hover", "memory"]
 
 
 def measure(names, runs):

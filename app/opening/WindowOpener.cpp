@@ -90,7 +90,9 @@ void WindowOpener::raise(HovrelPanel& panel, const LaunchRequest& request) {
   }
 }
 
-void WindowOpener::openWindow(const Url& url, const WindowOptions& options) {
+void WindowOpener::openWindow(const Url& address, const WindowOptions& options) {
+  // A player's page is known by its web address where windows are written down.
+  const Url url = content_.playerAt(address).value_or(address);
   auto owned = makePanel(url, options);
   HovrelPanel& panel = *owned;
 
@@ -101,7 +103,7 @@ void WindowOpener::openWindow(const Url& url, const WindowOptions& options) {
 
   auto ownedWebView = makeWebView(container.bounds(), panel, options);
   WebView& webView = *ownedWebView;
-  startLoad(webView, url, options);
+  startLoad(panel, webView, url, options);
 
   container.addSubview(std::move(ownedWebView));
   panel.webView = webView;
@@ -170,9 +172,10 @@ std::unique_ptr<WebView> WindowOpener::makeWebView(const Rect& frame, HovrelPane
   return webView;
 }
 
-void WindowOpener::startLoad(WebView& webView, const Url& url, const WindowOptions& options) {
+void WindowOpener::startLoad(HovrelPanel& panel, WebView& webView, const Url& url,
+                             const WindowOptions& options) {
   if (isPlayerURL(url)) {
-    content_.loadPlayer(webView, url);
+    panel.playerNavigation = content_.loadPlayer(webView, url);
     return;
   }
   if (!options.incognito || options.cookies.empty()) {

@@ -31,7 +31,7 @@ class WindowOpener : public LayoutWindowOpening {
                Delegates delegates);
 
   /// Never fails; the new panel is the last of the open windows.
-  void openWindow(const Url& url, const WindowOptions& options) override;
+  void openWindow(const Url& address, const WindowOptions& options) override;
   /// Raises a window that shows the page already, if the request allows it; otherwise opens one.
   void applyLaunchRequest(const LaunchRequest& request);
   /// A second window on the key window's page, else on what `fallback` gives, else an empty one.
@@ -45,7 +45,7 @@ class WindowOpener : public LayoutWindowOpening {
   [[nodiscard]] std::unique_ptr<HovrelPanel> makePanel(const Url& url, const WindowOptions& options) const;
   [[nodiscard]] std::unique_ptr<WebView> makeWebView(const Rect& frame, HovrelPanel& panel,
                                                      const WindowOptions& options);
-  void startLoad(WebView& webView, const Url& url, const WindowOptions& options);
+  void startLoad(HovrelPanel& panel, WebView& webView, const Url& url, const WindowOptions& options);
   void addFurniture(HovrelPanel& panel, View& container, const WindowOptions& options);
   /// The standard preferences, or in test mode a suite of this process's own that starts empty.
   [[nodiscard]] UserDefaults& controlBarPreferences();

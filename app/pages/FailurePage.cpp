@@ -96,10 +96,17 @@ bool isConnectionFailure(const WebError& error) {
   return error.code == -1005 || error.code == -1004 || error.code == -1003 || error.code == -1001;
 }
 
+bool canBeRetried(const Url& url) {
+  const std::string scheme = url.lowercasedScheme();
+  return scheme != "javascript" && scheme != "data" && scheme != "blob";
+}
+
 std::string failurePage(std::string_view pageTemplate, const std::optional<Url>& url, const WebError& error) {
   const FailureText text = failureText(url, error);
   const std::string retry =
-      url ? "<p class=\"retry\"><a href=\"" + escapeHtml(url->absoluteString()) + "\">Try Again</a></p>" : "";
+      url && canBeRetried(*url)
+          ? "<p class=\"retry\"><a href=\"" + escapeHtml(url->absoluteString()) + "\">Try Again</a></p>"
+          : "";
   return fillPageTemplate(
       pageTemplate,
       {{"heading", escapeHtml(text.heading)}, {"body", escapeHtml(text.body)}, {"retry", retry}});

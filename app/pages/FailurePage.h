@@ -16,6 +16,10 @@ bool isFailureWorthShowing(const WebError& error);
 /// The server was not reached, or was lost.
 bool isConnectionFailure(const WebError& error);
 
+/// Whether going to the address again can only ever lead to a page. Scripts and texts in place of an address
+/// come from the page that failed and would act in the one that tells of it.
+bool canBeRetried(const Url& url);
+
 /// The page that a window shows when the one at the address, if it is known, could not be loaded. The marks
 /// of the template are {{heading}}, {{body}} and {{retry}}.
 std::string failurePage(std::string_view pageTemplate, const std::optional<Url>& url, const WebError& error);

@@ -17,8 +17,8 @@ class FailurePresenter {
   /// The page at the address could not be loaded.
   void showFailure(HovrelPanel& panel, WebView& webView, const std::optional<Url>& url,
                    const WebError& error) const;
-  /// The page's process died. When the process of this page dies in turn within seconds the window stays
-  /// empty, so that no process is started over and over.
+  /// The page's process died. When the processes that tell of it die too, one soon after the other, the
+  /// window stays as it is, so that none is started over and over.
   void showCrash(HovrelPanel& panel, WebView& webView) const;
 
  private:

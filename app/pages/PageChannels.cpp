@@ -14,8 +14,6 @@ namespace velto {
 
 namespace {
 
-constexpr const char* kVideoSite = "youtube.com";
-
 struct ScriptFile {
   const char* name;
   bool mainFrameOnly;
@@ -38,18 +36,9 @@ bool asksForVideo(const JsonValue& body) {
   return textField(body, "player") == "youtube" && textField(body, "videoId");
 }
 
-/// The video site's own pages have a button for it, which is pressed by hand; what any other page sends may
-/// come without the person.
-bool isPressedButton(const WebView& webView, const JsonValue& body) {
-  const auto page = webView.url();
-  const auto host = page ? page->lowercasedHost() : std::nullopt;
-  return asksForVideo(body) && host &&
-         (*host == kVideoSite || host->ends_with("." + std::string(kVideoSite)));
-}
-
 }  // namespace
 
-std::optional<Url> requestedPage(const JsonValue& body, const std::optional<Url>& sender) {
+std::optional<Url> requestedPage(const JsonValue& body) {
   if (asksForVideo(body)) {
     return playerLaunchURL(*textField(body, "videoId"), booleanField(body, "playing").value_or(false),
                            wholeField(body, "t"));
@@ -58,7 +47,7 @@ std::optional<Url> requestedPage(const JsonValue& body, const std::optional<Url>
   auto url = text ? Url::parse(*text) : std::nullopt;
   if (!url) return std::nullopt;
   const bool isVideo = isPlayerURL(*url) && isVideoId(url->queryValue("v").value_or(""));
-  return isVideo || mayPageOpen(*url, sender) ? url : std::nullopt;
+  return isVideo || mayPageOpen(*url) ? url : std::nullopt;
 }
 
 PageChannels::PageChannels(const Platform& platform, SessionRecording& session)
@@ -79,8 +68,8 @@ std::shared_ptr<UserContentController> PageChannels::makeUserContentController(P
 void PageChannels::addHandlers(UserContentController& controller, const WeakPtr<PageWindows>& pageWindows) {
   const WeakPtr<PageChannels> self(*this);
   controller.addMessageHandler("velto", [pageWindows](WebView& webView, const ScriptMessage& message) {
-    const auto url = requestedPage(message.body, webView.url());
-    if (url && pageWindows) pageWindows->openOrdinary(webView, *url, isPressedButton(webView, message.body));
+    const auto url = requestedPage(message.body);
+    if (url && pageWindows) pageWindows->openByMessage(webView, *url);
   });
   addHandler(controller, "windowDrag", &PageChannels::dragWindow);
   addHandler(controller, "windowResize", &PageChannels::resizeWindow);

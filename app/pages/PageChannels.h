@@ -47,6 +47,6 @@ class PageChannels : public Weakable {
 };
 
 /// The address that a message on the channel "velto" asks for, if a page may open that.
-std::optional<Url> requestedPage(const JsonValue& body, const std::optional<Url>& sender);
+std::optional<Url> requestedPage(const JsonValue& body);
 
 }  // namespace velto

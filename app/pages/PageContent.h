@@ -2,6 +2,7 @@
 
 #include <map>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "app/pages/PageWindows.h"
@@ -17,7 +18,10 @@ class PageContent {
   /// `pageWindows` opens what pages ask for by message.
   virtual std::shared_ptr<UserContentController> makeUserContentController(PageWindows& pageWindows) = 0;
   virtual std::map<std::string, std::shared_ptr<UrlSchemeHandler>> makeUrlSchemeHandlers() = 0;
-  virtual void loadPlayer(WebView& webView, const Url& url) = 0;
+  /// Gives the load that it started, if the engine took it.
+  virtual std::optional<Navigation> loadPlayer(WebView& webView, const Url& url) = 0;
+  /// The player URL that the web address stands for. Absent for every other page.
+  [[nodiscard]] virtual std::optional<Url> playerAt(const Url& url) const = 0;
 };
 
 }  // namespace velto

@@ -3,7 +3,7 @@
 #include <string>
 #include <utility>
 
-#include "platform/web/PendingAnswer.h"
+#include "app/pages/LoggedPage.h"
 
 namespace velto {
 
@@ -17,23 +17,7 @@ Alert alertSaying(const std::string& message, std::vector<std::string> buttons) 
   return alert;
 }
 
-}  // namespace
-
-PageDialogs::PageDialogs(Application& application, OpenWindows& windows, WindowLife& windowLife,
-                         PageWindows& pageWindows, DebugLog& log, const Clock& clock)
-    : application_(application),
-      windows_(windows),
-      windowLife_(windowLife),
-      pageWindows_(pageWindows),
-      log_(log),
-      clock_(clock) {
-  windowLife_.setClosingObserver([self = WeakPtr<PageDialogs>(*this)](WebView& webView) {
-    if (self) self->cancelOpen(webView);
-  });
-}
-
-void PageDialogs::runBeforeUnloadConfirmPanel(WebView& webView, const std::optional<Url>& page,
-                                              std::function<void(bool)> completion) {
+Alert leaveAlert(const std::optional<Url>& page) {
   const auto host = page ? page->host() : std::nullopt;
   Alert alert;
   alert.style = Alert::Style::warning;
@@ -41,25 +25,52 @@ void PageDialogs::runBeforeUnloadConfirmPanel(WebView& webView, const std::optio
   alert.informativeText = host ? "From “" + *host + "”: changes you made may not be saved."
                                : "Changes you made may not be saved.";
   alert.buttons = {"Leave Page", "Stay on Page"};
-  application_.showAlert(
-      alert, webView.window(),
-      [completion = std::move(completion)](const AlertAnswer& answer) { completion(answer.button == 0); });
+  return alert;
+}
+
+}  // namespace
+
+PageDialogs::PageDialogs(const Platform& platform, OpenWindows& windows, PageQuestions& questions,
+                         WindowLife& windowLife, PageWindows& pageWindows, DebugLog& log)
+    : application_(platform.application),
+      mainQueue_(platform.mainQueue),
+      clock_(platform.clock),
+      windows_(windows),
+      questions_(questions),
+      windowLife_(windowLife),
+      pageWindows_(pageWindows),
+      log_(log) {}
+
+void PageDialogs::runBeforeUnloadConfirmPanel(WebView& webView, const std::optional<Url>& page,
+                                              std::function<void(bool)> completion) {
+  const PageQuestions::Show<bool> show = [&](std::function<void(bool)> answer) {
+    return application_.showAlert(
+        leaveAlert(page), webView.window(),
+        [answer = std::move(answer)](const AlertAnswer& given) { answer(given.button == 0); });
+  };
+  // Whether the window may close is asked on the person's behalf, not on the page's.
+  if (windowLife_.isClosing(webView)) {
+    questions_.ask<bool>(webView, false, std::move(completion), show);
+  } else {
+    ask<bool>(webView, false, std::move(completion), show);
+  }
 }
 
 void PageDialogs::runJavaScriptAlertPanel(WebView& webView, const std::string& message,
                                           std::function<void()> completion) {
-  const auto done = [completion = std::move(completion)](bool) { completion(); };
-  ask<bool>(webView, false, done, [&](std::function<void(bool)> answer) {
-    application_.showAlert(alertSaying(message, {"OK"}), webView.window(),
-                           [answer = std::move(answer)](const AlertAnswer&) { answer(true); });
-  });
+  confirm(webView, alertSaying(message, {"OK"}),
+          [completion = std::move(completion)](bool) { completion(); });
 }
 
 void PageDialogs::runJavaScriptConfirmPanel(WebView& webView, const std::string& message,
                                             std::function<void(bool)> completion) {
+  confirm(webView, alertSaying(message, {"OK", "Cancel"}), std::move(completion));
+}
+
+void PageDialogs::confirm(WebView& webView, const Alert& alert, std::function<void(bool)> completion) {
   ask<bool>(webView, false, std::move(completion), [&](std::function<void(bool)> answer) {
-    application_.showAlert(
-        alertSaying(message, {"OK", "Cancel"}), webView.window(),
+    return application_.showAlert(
+        alert, webView.window(),
         [answer = std::move(answer)](const AlertAnswer& given) { answer(given.button == 0); });
   });
 }
@@ -71,9 +82,10 @@ void PageDialogs::runJavaScriptTextInputPanel(WebView& webView, const std::strin
   ask<Text>(webView, std::nullopt, std::move(completion), [&](std::function<void(Text)> answer) {
     Alert alert = alertSaying(prompt, {"OK", "Cancel"});
     alert.textField = defaultText;
-    application_.showAlert(alert, webView.window(), [answer = std::move(answer)](const AlertAnswer& given) {
-      answer(given.button == 0 ? Text(given.text) : std::nullopt);
-    });
+    return application_.showAlert(alert, webView.window(),
+                                  [answer = std::move(answer)](const AlertAnswer& given) {
+                                    answer(given.button == 0 ? Text(given.text) : std::nullopt);
+                                  });
   });
 }
 
@@ -81,44 +93,36 @@ void PageDialogs::runOpenPanel(WebView& webView, const OpenPanel& parameters,
                                OpenPanelCompletion completion) {
   using Files = std::optional<std::vector<std::filesystem::path>>;
   ask<Files>(webView, std::nullopt, std::move(completion), [&](std::function<void(Files)> answer) {
-    application_.showOpenPanel(parameters, webView.window(), std::move(answer));
+    return application_.showOpenPanel(parameters, webView.window(), std::move(answer));
   });
 }
 
 template <class T>
 void PageDialogs::ask(WebView& webView, T cancelled, std::function<void(T)> completion,
-                      const std::function<void(std::function<void(T)>)>& show) {
-  const auto answer = std::make_shared<PendingAnswer<T>>(cancelled, std::move(completion));
-  if (!mayShow(webView)) return;
-  std::erase_if(open_, [](const Open& open) { return open.answer.expired(); });
-  open_.push_back({webView, answer, [weak = std::weak_ptr(answer), cancelled] {
-                     if (const auto open = weak.lock()) open->answer(cancelled);
-                   }});
-  show([answer](T given) { answer->answer(std::move(given)); });
+                      const PageQuestions::Show<T>& show) {
+  if (windowLife_.refusesDialog(webView)) return completion(cancelled);
+  HovrelPanel* panel = windows_.find(webView);
+  if (panel == nullptr) return questions_.ask<T>(webView, cancelled, std::move(completion), show);
+  if (!mayShow(webView, *panel)) {
+    return questions_.ask<T>(webView, cancelled, std::move(completion), [&](std::function<void(T)> answer) {
+      mainQueue_.after(kRefusalDelay, [answer = std::move(answer), cancelled] { answer(cancelled); });
+      return std::nullopt;
+    });
+  }
+  auto answered = [page = WeakPtr<HovrelPanel>(*panel), &clock = clock_,
+                   completion = std::move(completion)](T answer) {
+    if (page) page->dialogLimit.answered(clock.uptime());
+    completion(std::move(answer));
+  };
+  questions_.ask<T>(webView, cancelled, std::move(answered), show);
 }
 
-bool PageDialogs::mayShow(WebView& webView) {
-  if (windowLife_.refusesDialog(webView)) return false;
-  HovrelPanel* panel = windows_.find(webView);
-  if (panel == nullptr) return true;
-  const auto verdict = panel->dialogLimit.asked(clock_.uptime());
+bool PageDialogs::mayShow(const WebView& webView, HovrelPanel& panel) {
+  const auto verdict = panel.dialogLimit.asked(clock_.uptime(), webView.lastUserGesture());
   if (verdict == DialogLimit::Verdict::refuseAndSay) {
-    const auto url = webView.url();
-    log_.log("refusing the dialogs of " + (url ? url->absoluteString() : "unknown") +
-             ", which shows too many");
+    log_.log("refusing the dialogs of " + loggedPage(webView) + ", which shows too many");
   }
   return verdict == DialogLimit::Verdict::show;
-}
-
-void PageDialogs::cancelOpen(const WebView& webView) {
-  // An answer may lead to the next question.
-  for (const Open& open : std::exchange(open_, {})) {
-    if (open.page.get() == &webView) {
-      open.cancel();
-    } else {
-      open_.push_back(open);
-    }
-  }
 }
 
 }  // namespace velto

@@ -1,15 +1,13 @@
 #pragma once
 
 #include <functional>
-#include <memory>
-#include <vector>
 
 #include "app/pages/DebugLog.h"
 #include "app/pages/PageWindows.h"
 #include "app/windows/OpenWindows.h"
+#include "app/windows/PageQuestions.h"
 #include "app/windows/WindowLife.h"
-#include "platform/loop/Clock.h"
-#include "platform/ui/Application.h"
+#include "platform/Platform.h"
 #include "platform/web/WebView.h"
 
 namespace velto {
@@ -21,8 +19,12 @@ namespace velto {
 /// is whether to leave the page.
 class PageDialogs : public UIDelegate {
  public:
-  PageDialogs(Application& application, OpenWindows& windows, WindowLife& windowLife,
-              PageWindows& pageWindows, DebugLog& log, const Clock& clock);
+  /// Seconds after which a question that nobody gets to see is answered, so that a page that asks without end
+  /// takes no time from the others.
+  static constexpr double kRefusalDelay = 0.2;
+
+  PageDialogs(const Platform& platform, OpenWindows& windows, PageQuestions& questions,
+              WindowLife& windowLife, PageWindows& pageWindows, DebugLog& log);
 
   void runBeforeUnloadConfirmPanel(WebView& webView, const std::optional<Url>& page,
                                    std::function<void(bool)> completion) override;
@@ -39,28 +41,21 @@ class PageDialogs : public UIDelegate {
   void runOpenPanel(WebView& webView, const OpenPanel& parameters, OpenPanelCompletion completion) override;
 
  private:
-  /// A question on the screen. The sheet owns what its answer goes to.
-  struct Open {
-    WeakPtr<WebView> page;
-    std::weak_ptr<void> answer;
-    std::function<void()> cancel;
-  };
-
-  /// Hands `show` where the answer is to go; without being shown, or shown for too long, the question is
-  /// answered as `cancelled`.
+  /// Asks within the limit for dialogs. What is refused is answered as `cancelled`.
   template <class T>
   void ask(WebView& webView, T cancelled, std::function<void(T)> completion,
-           const std::function<void(std::function<void(T)>)>& show);
-  [[nodiscard]] bool mayShow(WebView& webView);
-  void cancelOpen(const WebView& webView);
+           const PageQuestions::Show<T>& show);
+  [[nodiscard]] bool mayShow(const WebView& webView, HovrelPanel& panel);
+  void confirm(WebView& webView, const Alert& alert, std::function<void(bool)> completion);
 
   Application& application_;
+  MainQueue& mainQueue_;
+  const Clock& clock_;
   OpenWindows& windows_;
+  PageQuestions& questions_;
   WindowLife& windowLife_;
   PageWindows& pageWindows_;
   DebugLog& log_;
-  const Clock& clock_;
-  std::vector<Open> open_;
 };
 
 }  // namespace velto

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "app/pages/FailurePage.h"
+#include "app/pages/LoggedPage.h"
 #include "app/pages/LoopbackCandidates.h"
 
 namespace velto {
@@ -32,18 +33,21 @@ std::string printedForm(const WebError& error) {
          error.localizedDescription + "\"" + info;
 }
 
-PageNavigation::PageNavigation(const Platform& platform, OpenWindows& windows, WindowLife& windowLife,
-                               VisitRecording& visits, DebugLog& log)
+PageNavigation::PageNavigation(const Platform& platform, OpenWindows& windows, PageQuestions& questions,
+                               WindowLife& windowLife, PageContent& content, VisitRecording& visits,
+                               DebugLog& log)
     : environment_(platform.environment),
       windows_(windows),
+      questions_(questions),
       windowLife_(windowLife),
+      content_(content),
       visits_(visits),
       log_(log),
       failurePresenter_(platform.files, platform.clock, platform.environment),
       scrollRestoration_(windows, platform.mainQueue) {}
 
 void PageNavigation::didStartProvisionalNavigation(WebView& webView, Navigation navigation) {
-  logPage("didStartProvisionalNavigation", webView);
+  log_.log("didStartProvisionalNavigation: " + loggedPage(webView));
   HovrelPanel* panel = windows_.find(webView);
   if (panel == nullptr) return;
   panel->currentNavigation = navigation;
@@ -56,14 +60,25 @@ void PageNavigation::didStartProvisionalNavigation(WebView& webView, Navigation 
     panel->loopbackAttempt.reset();
   }
   if (panel->controlBarView) panel->controlBarView->loadStarted();
+  playInstead(*panel, webView, navigation);
+}
+
+void PageNavigation::playInstead(HovrelPanel& panel, WebView& webView, Navigation navigation) {
+  // What was asked for before the player only begins in order to be called off.
+  const bool isPlayer = panel.playerNavigation && navigation.number <= panel.playerNavigation->number;
+  if (isPlayer || panel.failurePageNavigation == navigation) return;
+  const auto url = webView.url();
+  const auto player = url ? content_.playerAt(*url) : std::nullopt;
+  if (player) panel.playerNavigation = content_.loadPlayer(webView, *player);
 }
 
 void PageNavigation::didCommitNavigation(WebView& webView, Navigation) {
+  questions_.cancel(webView);
   if (HovrelPanel* panel = windows_.find(webView)) panel->dialogLimit.pageChanged();
 }
 
 void PageNavigation::didFinishNavigation(WebView& webView, Navigation navigation) {
-  logPage("didFinish", webView);
+  log_.log("didFinish: " + loggedPage(webView));
   if (windowLife_.finishPendingClose(webView, navigation)) return;
   HovrelPanel* panel = windows_.find(webView);
   if (panel == nullptr || panel->failurePageNavigation == navigation) return;
@@ -85,12 +100,12 @@ void PageNavigation::pageArrived(HovrelPanel& panel, WebView& webView, const Url
 
 void PageNavigation::didFailProvisionalNavigation(WebView& webView, Navigation navigation,
                                                   const WebError& error) {
-  logError("didFailProvisionalNavigation", error);
+  logError("didFailProvisionalNavigation", webView, error);
   failed(webView, navigation, error);
 }
 
 void PageNavigation::didFailNavigation(WebView& webView, Navigation navigation, const WebError& error) {
-  logError("didFail", error);
+  logError("didFail", webView, error);
   failed(webView, navigation, error);
 }
 
@@ -109,13 +124,14 @@ void PageNavigation::failed(WebView& webView, Navigation navigation, const WebEr
 bool PageNavigation::tryNextLoopback(HovrelPanel& panel, WebView& webView, const std::optional<Url>& url) {
   auto next = url ? nextLoopbackCandidate(panel.loopbackAttempt, *url) : std::nullopt;
   if (!next) return false;
-  log_.log("loopback fallback: trying " + next->candidate.absoluteString());
+  log_.log("loopback fallback: trying " + loggedAddress(webView, next->candidate));
   next->attempt.navigation = webView.load({next->candidate});
   panel.loopbackAttempt = std::move(next->attempt);
   return true;
 }
 
 void PageNavigation::webContentProcessDidTerminate(WebView& webView) {
+  questions_.cancel(webView);
   if (windowLife_.pageStoppedAnswering(webView)) return;
   if (HovrelPanel* panel = windows_.find(webView)) failurePresenter_.showCrash(*panel, webView);
 }
@@ -124,13 +140,11 @@ void PageNavigation::webContentResponsivenessChanged(WebView& webView, bool resp
   if (!responsive) windowLife_.pageStoppedAnswering(webView);
 }
 
-void PageNavigation::logPage(std::string_view event, const WebView& webView) {
-  const auto url = webView.url();
-  log_.log(std::string(event) + ": " + (url ? url->absoluteString() : "unknown"));
-}
-
-void PageNavigation::logError(std::string_view event, const WebError& error) {
-  log_.log(std::string(event) + ": " + error.localizedDescription + " | " + printedForm(error));
+void PageNavigation::logError(std::string_view event, const WebView& webView, const WebError& error) {
+  WebError told = error;
+  // The description may name what the printed form does.
+  if (isInPrivateWindow(webView)) told = {error.domain, error.code, kPrivatePage, std::nullopt};
+  log_.log(std::string(event) + ": " + told.localizedDescription + " | " + printedForm(told));
 }
 
 }  // namespace velto

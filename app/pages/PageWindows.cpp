@@ -2,7 +2,10 @@
 
 #include <cmath>
 #include <cstdint>
-#include <string>
+#include <optional>
+#include <utility>
+
+#include "app/pages/LoggedPage.h"
 
 namespace velto {
 
@@ -19,10 +22,9 @@ std::optional<std::int64_t> wholePoints(const std::optional<double>& length) {
 
 }  // namespace
 
-bool mayPageOpen(const Url& target, const std::optional<Url>& page) {
+bool mayPageOpen(const Url& target) {
   const std::string scheme = target.lowercasedScheme();
   if (scheme == "http" || scheme == "https") return true;
-  if (scheme == "file") return page && page->lowercasedScheme() == "file";
   return target.withoutFragment().absoluteString() == "about:blank";
 }
 
@@ -32,53 +34,54 @@ PageWindows::PageWindows(OpenWindows& windows, const WindowLife& windowLife, Deb
 
 void PageWindows::open(const WebView& webView, const PageWindowRequest& request) {
   if (!request.url) return;
-  if (!mayPageOpen(*request.url, webView.url()) || !admits(webView, request.isUserGesture)) {
-    return refused(webView);
-  }
+  if (!mayPageOpen(*request.url)) return refused(webView);
   WindowOptions options;
   options.width = wholePoints(request.width);
   options.height = wholePoints(request.height);
-  options.incognito = windows_.find(webView)->isPrivate;
+  ask(webView, *request.url, options, request.isUserGesture);
+}
+
+void PageWindows::openByMessage(const WebView& webView, const Url& url) {
+  const auto gesture = webView.lastUserGesture();
+  ask(webView, url, {}, gesture && clock_.uptime().seconds - gesture->seconds < kGestureLasts);
+}
+
+void PageWindows::ask(const WebView& webView, const Url& url, WindowOptions options, bool isUserGesture) {
+  const auto verdict = admit(webView, isUserGesture);
+  if (verdict == PopupLimit::Verdict::refused) return refused(webView);
+  options.incognito = isInPrivateWindow(webView);
   options.dataStore = webView.configuration().dataStore;
-  openLater(*request.url, options, request.isUserGesture);
-}
-
-void PageWindows::openOrdinary(const WebView& webView, const Url& url, bool isUserGesture) {
-  if (!admits(webView, isUserGesture)) return refused(webView);
-  openLater(url, {}, isUserGesture);
-}
-
-bool PageWindows::admits(const WebView& webView, bool isUserGesture) {
-  HovrelPanel* panel = windows_.find(webView);
-  return panel != nullptr && !windowLife_.isClosing(webView) && panel->popupLimit.admit(isUserGesture) &&
-         limit_.admit(clock_.uptime());
-}
-
-void PageWindows::openLater(const Url& url, const WindowOptions& options, bool isUserGesture) {
-  mainQueue_.async([self = WeakPtr<PageWindows>(*this), url, options, isUserGesture] {
-    if (self) self->openNow(url, options, isUserGesture);
+  mainQueue_.async([self = WeakPtr<PageWindows>(*this), url, options = std::move(options), verdict] {
+    if (self) self->openNow(url, options, verdict);
   });
 }
 
-void PageWindows::openNow(const Url& url, const WindowOptions& options, bool isUserGesture) {
+PopupLimit::Verdict PageWindows::admit(const WebView& webView, bool isUserGesture) {
+  HovrelPanel* panel = windows_.find(webView);
+  if (panel == nullptr || windowLife_.isClosing(webView)) return PopupLimit::Verdict::refused;
+  const auto verdict = panel->popupLimit.admit(isUserGesture, webView.lastUserGesture());
+  const bool isRefused = verdict == PopupLimit::Verdict::refused || !limit_.admit(clock_.uptime());
+  return isRefused ? PopupLimit::Verdict::refused : verdict;
+}
+
+void PageWindows::openNow(const Url& url, const WindowOptions& options, PopupLimit::Verdict verdict) {
   if (!opener_) return;
   const std::size_t before = windows_.panels().size();
   opener_->openWindow(url, options);
-  if (!isUserGesture && windows_.panels().size() > before) {
+  if (verdict == PopupLimit::Verdict::unasked && windows_.panels().size() > before) {
     windows_.panels().back()->popupLimit = PopupLimit::ofUnaskedWindow();
   }
 }
 
 void PageWindows::refused(const WebView& webView) {
   ++refused_;
-  lastRefused_ = webView.url();
+  lastRefused_ = loggedPage(webView);
   if (!nextReport_.isPending()) reportRefused();
 }
 
 void PageWindows::reportRefused() {
   if (refused_ == 0) return;
-  log_.log("refused " + std::to_string(refused_) + " windows, the last one from " +
-           (lastRefused_ ? lastRefused_->absoluteString() : "unknown"));
+  log_.log("refused " + std::to_string(refused_) + " windows, the last one from " + lastRefused_);
   refused_ = 0;
   nextReport_ = mainQueue_.after(kReportInterval, [self = WeakPtr<PageWindows>(*this)] {
     if (self) self->reportRefused();

@@ -1,6 +1,7 @@
 #pragma once
 
-#include <optional>
+#include <cstddef>
+#include <string>
 
 #include "app/pages/DebugLog.h"
 #include "app/windows/OpenWindows.h"
@@ -20,6 +21,8 @@ class PageWindows : public Weakable {
   /// Windows that all pages together open within `kSeconds`, clicks or not.
   static constexpr std::size_t kMost = 20;
   static constexpr double kSeconds = 10;
+  /// A message counts as the person's own doing for so many seconds after they touched the page.
+  static constexpr double kGestureLasts = 1;
 
   PageWindows(OpenWindows& windows, const WindowLife& windowLife, DebugLog& log, const Clock& clock,
               MainQueue& mainQueue);
@@ -28,13 +31,15 @@ class PageWindows : public Weakable {
   void setOpener(LayoutWindowOpening& opener) { opener_ = opener; }
   /// The window opens in a later turn, in the data store of the one that asks.
   void open(const WebView& webView, const PageWindowRequest& request);
-  /// For an address that a page may open, or a video: an ordinary window with all defaults.
-  void openOrdinary(const WebView& webView, const Url& url, bool isUserGesture);
+  /// For a message that names an address that a page may open, or a video: a window with all defaults but
+  /// one. A private page opens private windows, whichever way it asks: an ordinary one would show the person
+  /// signed in to the site that they visit in private, and keep the visit.
+  void openByMessage(const WebView& webView, const Url& url);
 
  private:
-  [[nodiscard]] bool admits(const WebView& webView, bool isUserGesture);
-  void openLater(const Url& url, const WindowOptions& options, bool isUserGesture);
-  void openNow(const Url& url, const WindowOptions& options, bool isUserGesture);
+  void ask(const WebView& webView, const Url& url, WindowOptions options, bool isUserGesture);
+  [[nodiscard]] PopupLimit::Verdict admit(const WebView& webView, bool isUserGesture);
+  void openNow(const Url& url, const WindowOptions& options, PopupLimit::Verdict verdict);
   void refused(const WebView& webView);
   void reportRefused();
 
@@ -46,13 +51,13 @@ class PageWindows : public Weakable {
   WeakPtr<LayoutWindowOpening> opener_;
   RollingLimit limit_{kMost, kSeconds};
   std::size_t refused_ = 0;
-  std::optional<Url> lastRefused_;
+  std::string lastRefused_;
   WorkItem nextReport_;
 };
 
-/// Whether the page may open a window on the target: web pages, the empty page, and files for a page that is
-/// one. No script, no text in place of an address, and nothing that the desktop or the application itself
-/// takes for a command.
-bool mayPageOpen(const Url& target, const std::optional<Url>& page);
+/// Whether pages may open a window on the target: web pages and the empty page. No script, no text in place
+/// of an address, and nothing that the desktop or the application itself takes for a command. No file either,
+/// not even for a page that is one: it may show a frame from elsewhere, which asks in its name.
+bool mayPageOpen(const Url& target);
 
 }  // namespace velto

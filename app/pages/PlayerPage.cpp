@@ -20,11 +20,18 @@ bool isPlaying(const Url& url) { return lowercased(url.queryValue("playing").val
 
 std::optional<std::int64_t> startOf(const Url& url) { return parseInteger(url.queryValue("t").value_or("")); }
 
-UserScript atStart(std::string source) {
-  return {.source = std::move(source),
-          .time = UserScript::Time::documentStart,
-          .mainFrameOnly = true,
-          .world = {}};
+/// What the page finds under the name. Scripts stay with their web view, so a value is added only when the
+/// one that was set last is another.
+void setGlobal(UserContentController& content, const std::string& name, const std::string& value) {
+  const std::string beginning = "window." + name + " = ";
+  const std::string source = beginning + value + ";";
+  const UserScript* last = nullptr;
+  for (const UserScript& script : content.userScripts()) {
+    if (script.source.starts_with(beginning)) last = &script;
+  }
+  if (last != nullptr && last->source == source) return;
+  content.addUserScript(
+      {.source = source, .time = UserScript::Time::documentStart, .mainFrameOnly = true, .world = {}});
 }
 
 }  // namespace
@@ -39,30 +46,34 @@ std::optional<Url> playerWebURL(const Url& url, std::string_view webHost) {
   return Url::parse("https://" + std::string(webHost) + "/player?" + encodeQuery(items));
 }
 
-std::optional<std::string> playerConfigScript(const Url& url) {
+std::optional<std::string> playerConfig(const Url& url) {
   const auto id = videoIdOf(url);
   if (!id) return std::nullopt;
-  return "window.__VELTO_PLAYER_CONFIG__ = { v: \"" + *id +
-         "\", playing: " + (isPlaying(url) ? "true" : "false") +
-         ", t: " + std::to_string(startOf(url).value_or(0)) + " };";
+  return "{ v: \"" + *id + "\", playing: " + (isPlaying(url) ? "true" : "false") +
+         ", t: " + std::to_string(startOf(url).value_or(0)) + " }";
 }
 
 PlayerPage::PlayerPage(const FileManager& files, std::filesystem::path resources,
                        const UserDefaults& defaults, std::string webHost)
     : files_(files), resources_(std::move(resources)), defaults_(defaults), webHost_(std::move(webHost)) {}
 
-void PlayerPage::load(WebView& webView, const Url& url) const {
+std::optional<Navigation> PlayerPage::load(WebView& webView, const Url& url) const {
   const auto html = files_.readIfPossible(resources_ / kResource);
-  const auto config = playerConfigScript(url);
+  const auto config = playerConfig(url);
   const auto base = playerWebURL(url, webHost_);
-  if (!html || !isValidUtf8(*html) || !config || !base) {
-    webView.load({url});
-    return;
-  }
+  if (!html || !isValidUtf8(*html) || !config || !base) return webView.load({url});
   UserContentController& content = *webView.configuration().userContentController;
-  content.addUserScript(atStart(*config));
-  if (isAdBlockerEnabled(defaults_)) content.addUserScript(atStart("window.__VELTO_AD_BLOCKER__ = true;"));
-  webView.loadHtml(*html, base);
+  setGlobal(content, "__VELTO_PLAYER_CONFIG__", *config);
+  setGlobal(content, "__VELTO_AD_BLOCKER__", isAdBlockerEnabled(defaults_) ? "true" : "false");
+  return webView.loadHtml(*html, base);
+}
+
+std::optional<Url> PlayerPage::playerAt(const Url& webUrl) const {
+  const bool isItsAddress = webUrl.lowercasedScheme() == "https" &&
+                            webUrl.lowercasedHost() == lowercased(webHost_) && !webUrl.port() &&
+                            webUrl.encodedPath() == "/player";
+  const auto id = videoIdOf(webUrl);
+  return isItsAddress && id ? playerLaunchURL(*id, isPlaying(webUrl), startOf(webUrl)) : std::nullopt;
 }
 
 }  // namespace velto

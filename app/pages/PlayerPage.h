@@ -24,7 +24,9 @@ class PlayerPage {
 
   /// Loads the page for the player URL. A URL without a video, or a page that cannot be read, is left to the
   /// URL's own scheme.
-  void load(WebView& webView, const Url& url) const;
+  std::optional<Navigation> load(WebView& webView, const Url& url) const;
+  /// The player URL whose page runs under the web address, which is what the web view calls it.
+  [[nodiscard]] std::optional<Url> playerAt(const Url& webUrl) const;
 
  private:
   const FileManager& files_;
@@ -36,7 +38,8 @@ class PlayerPage {
 /// The https form of a player URL. Absent when it is none or names no video.
 std::optional<Url> playerWebURL(const Url& url, std::string_view webHost);
 
-/// The script that tells the page what to play. Absent when the URL names no video.
-std::optional<std::string> playerConfigScript(const Url& url);
+/// What tells the page what to play: the value of its `__VELTO_PLAYER_CONFIG__`. Absent when the URL names no
+/// video.
+std::optional<std::string> playerConfig(const Url& url);
 
 }  // namespace velto

@@ -2,6 +2,7 @@
 
 #include <map>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "app/pages/PageChannels.h"
@@ -18,7 +19,10 @@ class StandardPageContent : public PageContent {
 
   std::shared_ptr<UserContentController> makeUserContentController(PageWindows& pageWindows) override;
   std::map<std::string, std::shared_ptr<UrlSchemeHandler>> makeUrlSchemeHandlers() override;
-  void loadPlayer(WebView& webView, const Url& url) override { player_.load(webView, url); }
+  std::optional<Navigation> loadPlayer(WebView& webView, const Url& url) override {
+    return player_.load(webView, url);
+  }
+  [[nodiscard]] std::optional<Url> playerAt(const Url& url) const override { return player_.playerAt(url); }
 
  private:
   const Platform& platform_;

@@ -48,8 +48,10 @@ class HovrelPanel : public Panel {
   std::optional<LayoutScroll> lastScrollRestoreObservation;
   /// The load that shows a failure page, which is no visit.
   std::optional<Navigation> failurePageNavigation;
-  /// When the process of its page died last.
-  std::optional<Uptime> lastProcessDeath;
+  /// How often the process may die that shows a failure page.
+  RollingLimit failurePageDeaths{2, 10};
+  /// The load that shows the video player.
+  std::optional<Navigation> playerNavigation;
   /// What its page may still ask for.
   DialogLimit dialogLimit;
   PopupLimit popupLimit;

@@ -49,8 +49,8 @@ VeltoToast::VeltoToast(Application& application, const Clock& clock, MainQueue& 
 
 void VeltoToast::show(const std::string& text, const Window* window) {
   if (std::this_thread::get_id() != mainThread_) {
-    mainQueue_.async([self = WeakPtr<VeltoToast>(*this), text, over = WeakPtr<const Window>(window)] {
-      if (self) self->show(text, over.get());
+    mainQueue_.async([self = WeakPtr<VeltoToast>(*this), text] {
+      if (self) self->show(text);
     });
     return;
   }

@@ -14,8 +14,9 @@ WebView* webViewOf(const Window& window) {
 
 }  // namespace
 
-WindowLife::WindowLife(OpenWindows& windows, SessionRecording& session, MainQueue& mainQueue)
-    : windows_(windows), session_(session), mainQueue_(mainQueue) {}
+WindowLife::WindowLife(OpenWindows& windows, PageQuestions& questions, SessionRecording& session,
+                       MainQueue& mainQueue)
+    : windows_(windows), questions_(questions), session_(session), mainQueue_(mainQueue) {}
 
 void WindowLife::closeWindow(const Application& application) {
   if (Window* window = application.keyWindow()) window->close();
@@ -26,10 +27,15 @@ bool WindowLife::windowShouldClose(Window& window) {
   WebView* webView = webViewOf(window);
   const auto blank = Url::parse("about:blank");
   if (webView == nullptr || !blank || !webView->isResponsive()) return true;
+  // It waits for the person already, whom a second question would only puzzle.
+  const bool isFirst = !isClosing(*webView);
+  if (!isFirst && questions_.isAsking(*webView)) return false;
   const auto navigation = webView->load({*blank});
   if (!navigation) return true;
   pendingCloseNav_[webView] = {window, *navigation};
-  if (closingBegan_) closingBegan_(*webView);
+  // Nothing that the page has open stands in the way. Later on there is only the question whether to leave
+  // it.
+  if (isFirst) questions_.cancel(*webView);
   return false;
 }
 

@@ -1,11 +1,11 @@
 #pragma once
 
-#include <functional>
 #include <map>
 #include <set>
 #include <utility>
 
 #include "app/windows/OpenWindows.h"
+#include "app/windows/PageQuestions.h"
 #include "app/windows/SessionRecording.h"
 #include "platform/loop/MainQueue.h"
 
@@ -18,11 +18,8 @@ namespace velto {
 /// answer has no say.
 class WindowLife : public WindowDelegate {
  public:
-  WindowLife(OpenWindows& windows, SessionRecording& session, MainQueue& mainQueue);
+  WindowLife(OpenWindows& windows, PageQuestions& questions, SessionRecording& session, MainQueue& mainQueue);
 
-  /// Called each time a page is asked whether its window may close, so that nothing that the page has open
-  /// stands in the way.
-  void setClosingObserver(std::function<void(WebView&)> observer) { closingBegan_ = std::move(observer); }
   /// The window of this page is to close and waits for the page.
   [[nodiscard]] bool isClosing(const WebView& webView) const { return pendingCloseNav_.contains(&webView); }
 
@@ -58,9 +55,9 @@ class WindowLife : public WindowDelegate {
   void confirmClose(const WeakPtr<Window>& window);
 
   OpenWindows& windows_;
+  PageQuestions& questions_;
   SessionRecording& session_;
   MainQueue& mainQueue_;
-  std::function<void(WebView&)> closingBegan_;
   std::set<const Window*> confirmedCloseWindows_;
   std::map<const WebView*, PendingClose> pendingCloseNav_;
 };

@@ -11,6 +11,8 @@ namespace {
 
 constexpr glong kMostCharacters = 2000;
 constexpr int kMostLines = 25;
+constexpr int kLeastFieldWidth = 200;
+constexpr int kLeastFieldHeight = 24;
 
 GtkWidget* makeDialog(const Alert& alert) {
   const GtkMessageType type = alert.style == Alert::Style::warning ? GTK_MESSAGE_WARNING : GTK_MESSAGE_INFO;
@@ -57,6 +59,7 @@ void GtkAlert::addTextField(const Alert& alert) {
   const GCharPtr text(
       g_utf8_make_valid(alert.textField->c_str(), static_cast<gssize>(alert.textField->size())));
   gtk_entry_set_text(GTK_ENTRY(entry_), text.get());
+  gtk_widget_set_size_request(entry_, kLeastFieldWidth, kLeastFieldHeight);
   gtk_entry_set_activates_default(GTK_ENTRY(entry_), TRUE);
   GtkWidget* const area = gtk_message_dialog_get_message_area(GTK_MESSAGE_DIALOG(widget()));
   gtk_container_add(GTK_CONTAINER(area), entry_);

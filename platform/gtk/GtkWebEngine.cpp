@@ -16,9 +16,10 @@ constexpr double kLongestLoad = 5;
 
 }  // namespace
 
-GtkWebEngine::GtkWebEngine(MainQueue& queue, const Environment& environment,
+GtkWebEngine::GtkWebEngine(const Clock& clock, MainQueue& queue, const Environment& environment,
                            std::vector<std::string> ownSchemes)
-    : queue_(queue),
+    : clock_(clock),
+      queue_(queue),
       environment_(environment),
       ownSchemes_(std::move(ownSchemes)),
       mainFrameScripts_(MainFrameProof::Scripts::read(environment.resourcesDirectory)),

@@ -9,6 +9,7 @@
 #include "platform/gtk/GtkDataStore.h"
 #include "platform/gtk/MainFrameProof.h"
 #include "platform/gtk/SpareWebView.h"
+#include "platform/loop/Clock.h"
 #include "platform/loop/MainQueue.h"
 #include "platform/web/WebView.h"
 
@@ -22,7 +23,8 @@ namespace velto {
 class GtkWebEngine final : public WebEngine {
  public:
   /// `ownSchemes` can be answered by the handlers of a web view's configuration.
-  GtkWebEngine(MainQueue& queue, const Environment& environment, std::vector<std::string> ownSchemes);
+  GtkWebEngine(const Clock& clock, MainQueue& queue, const Environment& environment,
+               std::vector<std::string> ownSchemes);
 
   [[nodiscard]] std::unique_ptr<WebView> makeWebView(const Rect& frame,
                                                      WebViewConfiguration configuration) override;
@@ -31,6 +33,7 @@ class GtkWebEngine final : public WebEngine {
 
   /// @name For its web views
   /// @{
+  [[nodiscard]] const Clock& clock() const { return clock_; }
   [[nodiscard]] MainQueue& queue() const { return queue_; }
   [[nodiscard]] Navigation nextNavigation() { return {++lastNavigation_}; }
   [[nodiscard]] const MainFrameProof::Scripts& mainFrameScripts() const { return mainFrameScripts_; }
@@ -41,6 +44,7 @@ class GtkWebEngine final : public WebEngine {
  private:
   const std::shared_ptr<GtkDataStore>& defaultStore();
 
+  const Clock& clock_;
   MainQueue& queue_;
   const Environment& environment_;
   std::vector<std::string> ownSchemes_;

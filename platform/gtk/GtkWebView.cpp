@@ -26,7 +26,7 @@ void scriptEvaluated(GObject* view, GAsyncResult* result, gpointer data) {
   GErrorPtr error;
   const auto value = GObjectPtr<JSCValue>::adopt(
       webkit_web_view_evaluate_javascript_finish(WEBKIT_WEB_VIEW(view), result, error.out()));
-  guarded([&] { (*completion)(jsonFrom(value.get())); });
+  guarded([&] { (*completion)(readScriptValue(value.get()).json); });
 }
 
 struct PendingSnapshot {
@@ -48,12 +48,14 @@ GtkWebView::GtkWebView(GtkWebEngine& engine, std::shared_ptr<GtkDataStore> store
                        GObjectPtr<WebKitWebView> engineView, const Rect& frame,
                        WebViewConfiguration configuration)
     : WebView(frame),
+      clock_(engine.clock()),
       store_(std::move(store)),
       view_(std::move(engineView)),
       configuration_(std::move(configuration)),
       navigations_(engine, *this, view_.get()),
       requests_(engine.queue(), *this, view_.get()),
-      scripts_(engine, *this, view_.get(), configuration_.userContentController) {
+      scripts_(engine, *this, view_.get(), configuration_.userContentController),
+      eventReceived_(view_.get(), "event", G_CALLBACK(eventReceived), this) {
   g_object_set_data(G_OBJECT(view_.get()), kOwnerKey, this);
   applySettings(view_.get(), configuration_);
   gtk_widget_show(nativeWidget());
@@ -71,6 +73,14 @@ GtkWebView::~GtkWebView() {
 GtkWebView* GtkWebView::of(WebKitWebView* engineView) {
   if (engineView == nullptr) return nullptr;
   return static_cast<GtkWebView*>(g_object_get_data(G_OBJECT(engineView), kOwnerKey));
+}
+
+gboolean GtkWebView::eventReceived(GtkWidget*, GdkEvent* event, gpointer data) {
+  if (event->type == GDK_BUTTON_PRESS || event->type == GDK_KEY_PRESS || event->type == GDK_TOUCH_BEGIN) {
+    auto* const self = static_cast<GtkWebView*>(data);
+    self->lastUserGesture_ = self->clock_.uptime();
+  }
+  return FALSE;
 }
 
 std::optional<Navigation> GtkWebView::load(const UrlRequest& request) {
@@ -99,7 +109,7 @@ std::optional<Navigation> GtkWebView::loadHtml(std::string_view html, const std:
 }
 
 std::optional<Navigation> GtkWebView::loadSubstitute(std::string_view html, const Url& address) {
-  const std::string uri = address.absoluteString();
+  const std::string& uri = address.absoluteString();
   const auto navigation = navigations_.request(NavigationTracker::Kind::substitute, uri);
   navigations_.ask([view = view_, text = std::string(html), uri] {
     // Without a base a link to the address leads out of the text, also one with a fragment.

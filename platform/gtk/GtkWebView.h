@@ -11,6 +11,7 @@
 #include "platform/gtk/NavigationReporter.h"
 #include "platform/gtk/PageRequests.h"
 #include "platform/gtk/ScriptBridge.h"
+#include "platform/loop/Clock.h"
 #include "platform/web/WebView.h"
 
 namespace velto {
@@ -46,6 +47,7 @@ class GtkWebView final : public WebView, public NativeWidgetView {
     return webkit_web_view_can_go_forward(view_.get()) != FALSE;
   }
   [[nodiscard]] bool isResponsive() const override { return navigations_.isResponsive(); }
+  [[nodiscard]] std::optional<Uptime> lastUserGesture() const override { return lastUserGesture_; }
   [[nodiscard]] double pageZoom() const override { return webkit_web_view_get_zoom_level(view_.get()); }
   void setPageZoom(double zoom) override { webkit_web_view_set_zoom_level(view_.get(), zoom); }
   void evaluateJavaScript(std::string_view script, ScriptCompletion completion) override;
@@ -56,14 +58,18 @@ class GtkWebView final : public WebView, public NativeWidgetView {
   bool startSchemeTask(WebKitURISchemeRequest* request);
 
  private:
+  static gboolean eventReceived(GtkWidget*, GdkEvent* event, gpointer self);
   [[nodiscard]] std::optional<Navigation> goTo(int distance);
 
+  const Clock& clock_;
   std::shared_ptr<GtkDataStore> store_;
   GObjectPtr<WebKitWebView> view_;
   WebViewConfiguration configuration_;
   NavigationReporter navigations_;
   PageRequests requests_;
   ScriptBridge scripts_;
+  std::optional<Uptime> lastUserGesture_;
+  SignalConnection eventReceived_;
 };
 
 }  // namespace velto

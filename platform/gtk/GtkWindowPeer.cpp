@@ -29,6 +29,13 @@ GObjectPtr<GtkWidget> makeToplevel() {
   return widget;
 }
 
+/// Where it paints without a graphics processor, the engine paints its page as a whole or not at all: a part
+/// that another window uncovers, or that a view above has changed, would stay empty.
+void drawAsAWhole(GdkWindow* window, cairo_region_t* invalid) {
+  const GdkRectangle whole{0, 0, gdk_window_get_width(window), gdk_window_get_height(window)};
+  cairo_region_union_rectangle(invalid, &whole);
+}
+
 bool isShortcut(const Modifiers& held) { return held.control || held.command || held.option; }
 
 }  // namespace
@@ -127,6 +134,7 @@ void GtkWindowPeer::setThemeVariant() {
 void GtkWindowPeer::realize() {
   if (gtk_widget_get_realized(widget_.get()) != FALSE) return;
   gtk_widget_realize(widget_.get());
+  gdk_window_set_invalidate_handler(gtk_widget_get_window(widget_.get()), drawAsAWhole);
   setThemeVariant();
 }
 

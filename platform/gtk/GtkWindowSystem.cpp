@@ -3,9 +3,24 @@
 #include <algorithm>
 #include <utility>
 
+#include "platform/gtk/GObject.h"
 #include "platform/gtk/GtkWindowPeer.h"
 
 namespace velto {
+
+namespace {
+
+/// GTK keeps all events from a window whose alert is open, also the wish to close it. A page that shows one
+/// alert after the other must not keep its window that way.
+void deliver(GdkEvent* event, gpointer) {
+  gpointer widget = nullptr;
+  if (event->type == GDK_DELETE) gdk_window_get_user_data(event->any.window, &widget);
+  if (widget == nullptr || !GTK_IS_WINDOW(widget)) return gtk_main_do_event(event);
+  const auto window = GObjectPtr<GtkWidget>::retain(GTK_WIDGET(widget));
+  if (gtk_widget_event(window.get(), event) == FALSE) gtk_widget_destroy(window.get());
+}
+
+}  // namespace
 
 GtkWindowSystem::GtkWindowSystem(GdkDisplay* display, const Clock& clock, MainQueue& queue,
                                  std::function<void()> stop)
@@ -16,9 +31,13 @@ GtkWindowSystem::GtkWindowSystem(GdkDisplay* display, const Clock& clock, MainQu
       focus_(queue),
       screens_(display, [this] {
         for (GtkWindowPeer* peer : peers_) peer->screensChanged();
-      }) {}
+      }) {
+  gdk_event_handler_set(deliver, nullptr, nullptr);
+}
 
-GtkWindowSystem::~GtkWindowSystem() = default;
+GtkWindowSystem::~GtkWindowSystem() {
+  gdk_event_handler_set([](GdkEvent* event, gpointer) { gtk_main_do_event(event); }, nullptr, nullptr);
+}
 
 std::unique_ptr<WindowPeer> GtkWindowSystem::makePeer(Window& window) {
   return std::make_unique<GtkWindowPeer>(window, *this);
@@ -44,9 +63,9 @@ GtkSheet::Place GtkWindowSystem::placeOf(const Window* window) {
 }
 
 template <class Sheet, class Question, class Answer>
-void GtkWindowSystem::show(const Question& question, const WeakPtr<Window>& sheetOn,
-                           std::function<void(Answer)> completion) {
-  const auto open = sheets_.insert(sheets_.end(), {nullptr, sheetOn.get()});
+SheetId GtkWindowSystem::show(const Question& question, const WeakPtr<Window>& sheetOn,
+                              std::function<void(Answer)> completion) {
+  const auto open = sheets_.insert(sheets_.end(), {++lastSheet_, nullptr, sheetOn.get()});
   const auto answered = [this, open, done = std::move(completion)](Answer answer) {
     // The dialog is in the middle of its own signal, so it goes later.
     std::shared_ptr<GtkSheet> sheet = std::move(open->sheet);
@@ -56,15 +75,22 @@ void GtkWindowSystem::show(const Question& question, const WeakPtr<Window>& shee
     });
   };
   open->sheet = std::make_unique<Sheet>(question, placeOf(sheetOn.get()), answered);
+  return open->id;
 }
 
-void GtkWindowSystem::showAlert(const Alert& alert, WeakPtr<Window> sheetOn, AlertCompletion completion) {
-  show<GtkAlert>(alert, sheetOn, std::move(completion));
+SheetId GtkWindowSystem::showAlert(const Alert& alert, WeakPtr<Window> sheetOn, AlertCompletion completion) {
+  return show<GtkAlert>(alert, sheetOn, std::move(completion));
 }
 
-void GtkWindowSystem::showOpenPanel(const OpenPanel& panel, WeakPtr<Window> sheetOn,
-                                    OpenPanelCompletion completion) {
-  show<GtkOpenPanel>(panel, sheetOn, std::move(completion));
+SheetId GtkWindowSystem::showOpenPanel(const OpenPanel& panel, WeakPtr<Window> sheetOn,
+                                       OpenPanelCompletion completion) {
+  return show<GtkOpenPanel>(panel, sheetOn, std::move(completion));
+}
+
+void GtkWindowSystem::dismissSheet(SheetId sheet) {
+  const auto found = std::find_if(sheets_.begin(), sheets_.end(),
+                                  [sheet](const OpenSheet& open) { return open.id == sheet; });
+  if (found != sheets_.end()) found->sheet->dismiss();
 }
 
 void GtkWindowSystem::windowGone(const Window& window) {

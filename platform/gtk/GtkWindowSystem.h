@@ -31,9 +31,10 @@ class GtkWindowSystem final : public WindowSystem {
   [[nodiscard]] std::unique_ptr<WindowPeer> makePeer(Window& window) override;
   [[nodiscard]] std::vector<Screen> screens() const override { return screens_.all(); }
   void activate() override;
-  void showAlert(const Alert& alert, WeakPtr<Window> sheetOn, AlertCompletion completion) override;
-  void showOpenPanel(const OpenPanel& panel, WeakPtr<Window> sheetOn,
-                     OpenPanelCompletion completion) override;
+  SheetId showAlert(const Alert& alert, WeakPtr<Window> sheetOn, AlertCompletion completion) override;
+  SheetId showOpenPanel(const OpenPanel& panel, WeakPtr<Window> sheetOn,
+                        OpenPanelCompletion completion) override;
+  void dismissSheet(SheetId sheet) override;
   [[nodiscard]] bool prefersReducedMotion() const override;
   void beep() override { gdk_display_beep(display_); }
   void stop() override { stop_(); }
@@ -58,12 +59,14 @@ class GtkWindowSystem final : public WindowSystem {
 
  private:
   struct OpenSheet {
+    SheetId id;
     std::unique_ptr<GtkSheet> sheet;
     /// For comparing only.
     const Window* window;
   };
   template <class Sheet, class Question, class Answer>
-  void show(const Question& question, const WeakPtr<Window>& sheetOn, std::function<void(Answer)> completion);
+  SheetId show(const Question& question, const WeakPtr<Window>& sheetOn,
+               std::function<void(Answer)> completion);
   [[nodiscard]] static GtkSheet::Place placeOf(const Window* window);
   template <class Sheet>
   [[nodiscard]] Sheet* oldest() const {
@@ -80,6 +83,7 @@ class GtkWindowSystem final : public WindowSystem {
   std::vector<GtkWindowPeer*> peers_;
   FocusTracker focus_;
   std::list<OpenSheet> sheets_;
+  SheetId lastSheet_ = 0;
   GtkScreens screens_;
 };
 

@@ -29,10 +29,10 @@ NavigationTracker::Kind kindOf(WebKitNavigationType type) {
 }
 
 /// The engine shows a page of its own for all other failures.
-bool leavesPageAsItWas(const WebError& error) {
-  constexpr int kFrameLoadInterrupted = 102;
-  return error.domain == WebError::kWebKitDomain ? error.code == kFrameLoadInterrupted
-                                                 : error.code == WebError::kCancelled;
+bool leavesPageAsItWas(const GError& error) {
+  return g_error_matches(&error, WEBKIT_NETWORK_ERROR, WEBKIT_NETWORK_ERROR_CANCELLED) != FALSE ||
+         g_error_matches(&error, WEBKIT_POLICY_ERROR,
+                         WEBKIT_POLICY_ERROR_FRAME_LOAD_INTERRUPTED_BY_POLICY_CHANGE) != FALSE;
 }
 
 }  // namespace
@@ -101,7 +101,9 @@ void NavigationReporter::ask(std::function<void()> engineCall) {
   }
 }
 
-void NavigationReporter::limit(Navigation navigation, double seconds, const Url& url) {
+void NavigationReporter::limit(Navigation navigation, double seconds, const std::optional<Url>& url) {
+  timeout_.cancel();
+  limited_ = navigation;
   timeout_ = engine_.queue().after(seconds, [self = WeakPtr<NavigationReporter>(*this), navigation, url] {
     if (self) self->timedOut(navigation, url);
   });
@@ -142,6 +144,10 @@ void NavigationReporter::loadStarted() {
   if (!self) return;
   nextPageBegan_ = false;
   const auto navigation = navigations_.started(engine_.nextNavigation());
+  // What was asked for meanwhile has a limit of its own.
+  if (navigation && limited_ != *navigation && !navigations_.hasRequest()) {
+    limit(*navigation, UrlRequest::kDefaultTimeout, Url::parse(textOf(webkit_web_view_get_uri(view_))));
+  }
   NavigationDelegate* delegate = webView_.navigationDelegate();
   if (navigation && delegate != nullptr) delegate->didStartProvisionalNavigation(webView_, *navigation);
 }
@@ -152,15 +158,24 @@ void NavigationReporter::loadCommitted() {
   showsSubstitute_ = attempt && attempt->isSubstitute;
   if (!attempt) return;
   timeout_.cancel();
-  if (attempt->requestedUri && *attempt->requestedUri != kBlank && committedUri_ == kBlank) {
+  if (const auto error = errorOfBlankPage(*attempt)) {
     navigations_.ended();
-    reportFailure({attempt->navigation, NavigationTracker::Phase::started, {}},
-                  restrictedPortError(Url::parse(*attempt->requestedUri)));
+    reportFailure({attempt->navigation, NavigationTracker::Phase::started, {}}, *error);
     return;
   }
   if (NavigationDelegate* delegate = webView_.navigationDelegate()) {
     delegate->didCommitNavigation(webView_, attempt->navigation);
   }
+}
+
+/// The engine shows an empty page instead of failing where it does not go.
+std::optional<WebError> NavigationReporter::errorOfBlankPage(
+    const NavigationTracker::Attempt& attempt) const {
+  if (!attempt.requestedUri || *attempt.requestedUri == kBlank || committedUri_ != kBlank)
+    return std::nullopt;
+  const auto url = Url::parse(*attempt.requestedUri);
+  if (url && isRestrictedPort(*url)) return restrictedPortError(url);
+  return refusedRedirectError(url);
 }
 
 void NavigationReporter::loadFinished() {
@@ -195,11 +210,11 @@ bool NavigationReporter::loadFailed(const char* uri, const GError& engineError) 
   reportFailure(*attempt, error);
   // The delegate may have closed the web view, or started what is to be shown instead.
   if (!self || navigations_.hasRequest()) return true;
-  if (!leavesPageAsItWas(error)) navigations_.expectErrorPage();
+  if (!leavesPageAsItWas(engineError)) navigations_.expectErrorPage();
   return false;
 }
 
-void NavigationReporter::timedOut(Navigation navigation, const Url& url) {
+void NavigationReporter::timedOut(Navigation navigation, const std::optional<Url>& url) {
   const auto error = timedOutError(url);
   const auto& current = navigations_.current();
   const bool started = current && current->navigation == navigation;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -36,8 +37,9 @@ class NavigationReporter final : public Weakable {
   /// Asks the engine for it. While the engine's error page is on its way it would lose what it is asked, so
   /// that is asked afterwards; a later one takes its place.
   void ask(std::function<void()> engineCall);
-  /// Fails the navigation, in whatever state it is, when its page has not begun after `seconds`.
-  void limit(Navigation navigation, double seconds, const Url& url);
+  /// Fails the navigation, in whatever state it is, when its page has not begun after `seconds`. Without it
+  /// a navigation has the default time from its start.
+  void limit(Navigation navigation, double seconds, const std::optional<Url>& url);
   /// Calls off what was requested and has not started.
   void withdraw();
 
@@ -56,7 +58,8 @@ class NavigationReporter final : public Weakable {
   void loadCommitted();
   void loadFinished();
   bool loadFailed(const char* uri, const GError& error);
-  void timedOut(Navigation navigation, const Url& url);
+  void timedOut(Navigation navigation, const std::optional<Url>& url);
+  [[nodiscard]] std::optional<WebError> errorOfBlankPage(const NavigationTracker::Attempt& attempt) const;
   void reportFailure(const NavigationTracker::Attempt& attempt, const WebError& error);
   void reportFinished(Navigation navigation);
   void reportUnstarted(const NavigationTracker::Attempt& attempt, const WebError& error);
@@ -76,6 +79,8 @@ class NavigationReporter final : public Weakable {
   WebKitWebView* view_;
   NavigationTracker navigations_;
   WorkItem timeout_;
+  /// What `timeout_` is or was for.
+  Navigation limited_;
   std::function<void()> askedLater_;
   /// Where the latest navigation that the engine asked about leads, in whatever frame.
   std::string decidedUri_;

@@ -42,8 +42,8 @@ bool PointerRouter::route(View& at, const GdkEvent& event) {
       return release(event.button, inContent);
     case GDK_MOTION_NOTIFY:
       if ((event.motion.state & kButtons) != 0) return drag(inContent);
-      pressed_ = nullptr;
-      track(inContent);
+      losePress();
+      if (view) track(inContent);
       return view &&
              climb(at, mouse, [](View& v, const MouseEvent& e) { return v.mouseMoved(e); }) != nullptr;
     case GDK_ENTER_NOTIFY:
@@ -59,8 +59,9 @@ void PointerRouter::track(const MouseEvent& inContent) {
 }
 
 void PointerRouter::leave() {
-  pressed_ = nullptr;
-  tracker_.left();
+  const WeakPtr<Window> window = window_;
+  losePress();
+  if (window) tracker_.left();
 }
 
 void PointerRouter::leave(const GdkEventCrossing& crossing) {
@@ -93,30 +94,47 @@ void PointerRouter::countClick(const GdkEventButton& button) {
 }
 
 bool PointerRouter::press(View& at, const GdkEventButton& button, MouseEvent event) {
+  if (pressed_ && button.button != pressedButton_) return true;
+  const WeakPtr<View> view = at;
+  losePress();
+  if (!view) return true;
   countClick(button);
   event.button = static_cast<int>(button.button);
   event.clickCount = clickCount_;
-  pressed_ = nullptr;
   const WeakPtr<Window> window = window_;
   bool used = false;
-  View* const taker =
-      climb(at, event, [&](View& view, const MouseEvent& e) { return used = view.mouseDown(e); });
+  View* const taker = climb(at, event, [&](View& v, const MouseEvent& e) { return used = v.mouseDown(e); });
   if (!window || !used) return used;
   pressed_ = taker;
   pressedButton_ = button.button;
+  lastScreenLocation_ = event.screenLocation;
   return true;
 }
 
 bool PointerRouter::drag(MouseEvent inContent) {
   if (!pressed_) return false;
+  lastScreenLocation_ = inContent.screenLocation;
   inContent.button = static_cast<int>(pressedButton_);
   inContent.clickCount = clickCount_;
   return pressed_->mouseDragged(eventSeenBy(*pressed_, inContent));
 }
 
+void PointerRouter::losePress() {
+  const auto taker = std::exchange(pressed_, nullptr);
+  // What was closed has nothing to put in order.
+  if (!taker || window_.isClosed()) return;
+  MouseEvent event;
+  event.location = MouseEvent::kNowhere;
+  event.screenLocation = lastScreenLocation_;
+  event.button = static_cast<int>(pressedButton_);
+  event.clickCount = clickCount_;
+  taker->mouseUp(event);
+}
+
 bool PointerRouter::release(const GdkEventButton& button, MouseEvent inContent) {
+  if (pressed_ && button.button != pressedButton_) return true;
   const WeakPtr<Window> window = window_;
-  const auto taker = button.button == pressedButton_ ? std::exchange(pressed_, nullptr) : nullptr;
+  const auto taker = std::exchange(pressed_, nullptr);
   inContent.button = static_cast<int>(button.button);
   inContent.clickCount = clickCount_;
   const bool used = taker && taker->mouseUp(eventSeenBy(*taker, inContent));

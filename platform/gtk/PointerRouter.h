@@ -33,6 +33,8 @@ class PointerRouter {
   bool press(View& at, const GdkEventButton& button, MouseEvent event);
   bool release(const GdkEventButton& button, MouseEvent inContent);
   bool drag(MouseEvent inContent);
+  /// The release of the press that is held will not come.
+  void losePress();
   void track(const MouseEvent& inContent);
   void countClick(const GdkEventButton& button);
 
@@ -41,6 +43,7 @@ class PointerRouter {
   PointerTracker tracker_;
   WeakPtr<View> pressed_;
   guint pressedButton_ = 0;
+  Point lastScreenLocation_;
   int clickCount_ = 0;
   GdkEventButton lastPress_{};
 };

@@ -15,6 +15,15 @@ namespace {
 /// The engine's name of a world; null stands for the page's own.
 const char* worldName(const ContentWorld& world) { return world.name.empty() ? nullptr : world.name.c_str(); }
 
+/// Seconds.
+constexpr double kMostReading = 0.1;
+constexpr double kReadingPerSecond = 0.05;
+/// What even the smallest message takes.
+constexpr double kLeastReading = 0.00005;
+/// A message that was not looked at as a whole may have taken any time. The first one is an oversight.
+constexpr double kTooBig = 0.2;
+constexpr int kMostDoublings = 8;
+
 /// An answer that a script waits for. One that is dropped gives the script an error.
 class PendingReply {
  public:
@@ -63,13 +72,14 @@ ScriptBridge::ScriptBridge(GtkWebEngine& engine, WebView& webView, WebKitWebView
       webView_(webView),
       manager_(GObjectPtr<WebKitUserContentManager>::retain(webkit_web_view_get_user_content_manager(view))),
       controller_(std::move(controller)),
-      loadChanged_(view, "load-changed", G_CALLBACK(loadChanged), this) {
+      loadChanged_(view, "load-changed", G_CALLBACK(loadChanged), this),
+      allowance_(kMostReading, kReadingPerSecond) {
   controller_->setMirror(this);
 }
 
 ScriptBridge::~ScriptBridge() {
   controller_->setMirror(nullptr);
-  nextSecond_.cancel();
+  resumption_.cancel();
 }
 
 void ScriptBridge::addScript(const UserScript& script) {
@@ -87,43 +97,69 @@ void ScriptBridge::addScript(const UserScript& script) {
 }
 
 void ScriptBridge::addChannel(const UserContentController::Channel& channel, bool replies) {
-  const char* name = channel.name.c_str();
-  const char* world = worldName(channel.world);
-  auto line = std::make_unique<Line>(Line{*this, channel, {}, nullptr});
+  auto line = std::make_unique<Line>(Line{*this, channel, replies, {}, nullptr});
   // The handler is connected first: a page may post as soon as the name is registered.
-  if (replies) {
-    const std::string signal = "script-message-with-reply-received::" + channel.name;
-    line->received = {manager_.get(), signal.c_str(), G_CALLBACK(messageWithReplyReceived), line.get()};
-    webkit_user_content_manager_register_script_message_handler_with_reply(manager_.get(), name, world);
-    if (world == nullptr) {
-      line->mainFrame =
-          std::make_unique<MainFrameProof>(manager_.get(), channel.name, engine_.mainFrameScripts());
-    }
-  } else {
-    const std::string signal = "script-message-received::" + channel.name;
-    line->received = {manager_.get(), signal.c_str(), G_CALLBACK(messageReceived), line.get()};
-    if (world == nullptr) {
-      webkit_user_content_manager_register_script_message_handler(manager_.get(), name);
-    } else {
-      webkit_user_content_manager_register_script_message_handler_in_world(manager_.get(), name, world);
-    }
+  const std::string signal =
+      (replies ? "script-message-with-reply-received::" : "script-message-received::") + channel.name;
+  const auto received = replies ? G_CALLBACK(messageWithReplyReceived) : G_CALLBACK(messageReceived);
+  line->received = {manager_.get(), signal.c_str(), received, line.get()};
+  if (!paused_) open(*line);
+  if (replies && channel.world == ContentWorld()) {
+    line->mainFrame =
+        std::make_unique<MainFrameProof>(manager_.get(), channel.name, engine_.mainFrameScripts());
   }
   lines_.push_back(std::move(line));
 }
 
 void ScriptBridge::removeChannel(const UserContentController::Channel& channel) {
-  std::erase_if(lines_, [&](const auto& line) { return line->channel == channel; });
-  const char* name = channel.name.c_str();
-  if (const char* world = worldName(channel.world)) {
+  const auto found =
+      std::find_if(lines_.begin(), lines_.end(), [&](const auto& line) { return line->channel == channel; });
+  if (found == lines_.end()) return;
+  const auto line = std::move(*found);
+  lines_.erase(found);
+  if (!paused_) close(*line);
+}
+
+void ScriptBridge::open(const Line& line) const {
+  const char* name = line.channel.name.c_str();
+  const char* world = worldName(line.channel.world);
+  if (line.replies) {
+    webkit_user_content_manager_register_script_message_handler_with_reply(manager_.get(), name, world);
+  } else if (world == nullptr) {
+    webkit_user_content_manager_register_script_message_handler(manager_.get(), name);
+  } else {
+    webkit_user_content_manager_register_script_message_handler_in_world(manager_.get(), name, world);
+  }
+}
+
+void ScriptBridge::close(const Line& line) const {
+  const char* name = line.channel.name.c_str();
+  if (const char* world = worldName(line.channel.world)) {
     webkit_user_content_manager_unregister_script_message_handler_in_world(manager_.get(), name, world);
   } else {
     webkit_user_content_manager_unregister_script_message_handler(manager_.get(), name);
   }
 }
 
+void ScriptBridge::pause() {
+  if (std::exchange(paused_, true)) return;
+  for (const auto& line : lines_) close(*line);
+  const double wait = allowance_.secondsUntilFull(engine_.clock().uptime());
+  resumption_ = engine_.queue().after(wait, [this] { resume(); });
+}
+
+void ScriptBridge::resume() {
+  resumption_.cancel();
+  if (!std::exchange(paused_, false)) return;
+  for (const auto& line : lines_) open(*line);
+}
+
 void ScriptBridge::loadChanged(WebKitWebView*, WebKitLoadEvent event, gpointer data) {
+  auto& self = *static_cast<ScriptBridge*>(data);
+  // Before the next page's scripts look for their channels, if this one does not make a habit of it.
+  if (event == WEBKIT_LOAD_STARTED && self.allowance_.isHalf(self.engine_.clock().uptime())) self.resume();
   if (event != WEBKIT_LOAD_COMMITTED) return;
-  for (const auto& line : static_cast<ScriptBridge*>(data)->lines_) {
+  for (const auto& line : self.lines_) {
     if (line->mainFrame) line->mainFrame->forget();
   }
 }
@@ -131,9 +167,7 @@ void ScriptBridge::loadChanged(WebKitWebView*, WebKitLoadEvent event, gpointer d
 void ScriptBridge::messageReceived(WebKitUserContentManager*, WebKitJavascriptResult* result, gpointer data) {
   guarded([&] {
     const Line& line = *static_cast<Line*>(data);
-    if (line.bridge.isAffordable()) {
-      line.bridge.receive(line, webkit_javascript_result_get_js_value(result), nullptr);
-    }
+    line.bridge.receive(line, webkit_javascript_result_get_js_value(result), nullptr);
   });
 }
 
@@ -141,27 +175,29 @@ gboolean ScriptBridge::messageWithReplyReceived(WebKitUserContentManager*, JSCVa
                                                 WebKitScriptMessageReply* reply, gpointer data) {
   guarded([&] {
     const Line& line = *static_cast<Line*>(data);
-    if (!line.bridge.isAffordable()) {
-      return webkit_script_message_reply_return_error_message(reply, "Too many messages");
-    }
     auto pending = std::make_shared<PendingReply>(reply, value);
     line.bridge.receive(line, value, [pending](const ScriptReply& answer) { pending->answer(answer); });
   });
   return TRUE;
 }
 
-bool ScriptBridge::isAffordable() {
-  constexpr int kMostInASecond = 1000;
-  if (messages_ == 0) nextSecond_ = engine_.queue().after(1, [this] { messages_ = 0; });
-  if (messages_ == kMostInASecond) return false;
-  ++messages_;
-  return true;
+std::optional<JsonValue> ScriptBridge::read(JSCValue* value) {
+  const Clock& clock = engine_.clock();
+  const Uptime began = clock.uptime();
+  ScriptReading reading = readScriptValue(value);
+  // A message without a body is one all the same.
+  if (jsc_value_is_undefined(value) != FALSE) reading.json = JsonValue(JsonValue::Storage());
+  const Uptime now = clock.uptime();
+  double cost = kLeastReading + reading.cost + now.seconds - began.seconds;
+  if (reading.isTooBig && refusals_++ > 0) {
+    cost = std::max(cost, kTooBig) * (1 << std::min(refusals_, kMostDoublings));
+  }
+  if (!allowance_.spend(cost, now)) pause();
+  return std::move(reading.json);
 }
 
 void ScriptBridge::receive(const Line& line, JSCValue* value, const std::function<void(ScriptReply)>& reply) {
-  // A message without a body is one all the same.
-  const bool isEmpty = jsc_value_is_undefined(value) != FALSE;
-  auto body = isEmpty ? std::make_optional<JsonValue>(JsonValue::Storage()) : jsonFrom(value);
+  auto body = read(value);
   if (!body || !isUnambiguous(line.channel.name)) {
     if (reply) reply({std::nullopt, "The message cannot be read"});
     return;

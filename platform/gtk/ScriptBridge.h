@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -9,6 +10,7 @@
 #include "platform/gtk/GObject.h"
 #include "platform/gtk/MainFrameProof.h"
 #include "platform/loop/MainQueue.h"
+#include "platform/web/CostAllowance.h"
 #include "platform/web/UserContentController.h"
 
 namespace velto {
@@ -19,8 +21,11 @@ class GtkWebEngine;
 ///
 /// The engine tells a message's name but not its world. A name that is in use in two worlds at once could let
 /// a page speak for scripts that it cannot see, so messages of such a name are dropped. So are those without
-/// a JSON form, those above a MiB, and those beyond a thousand in a second. Channels of the page's world that
-/// reply have a `MainFrameProof`.
+/// a JSON form and those that are too big. Channels of the page's world that reply have a `MainFrameProof`.
+///
+/// Reading messages takes time that all windows share, and most of it before the application sees them. A
+/// page whose messages take too much loses its channels for a while: then they end in its own process. Each
+/// further message that is too big makes the next such while longer.
 class ScriptBridge final : public UserContentController::Mirror {
  public:
   /// All three outlive it.
@@ -38,6 +43,7 @@ class ScriptBridge final : public UserContentController::Mirror {
   struct Line {
     ScriptBridge& bridge;
     UserContentController::Channel channel;
+    bool replies;
     SignalConnection received;
     std::unique_ptr<MainFrameProof> mainFrame;
   };
@@ -46,9 +52,12 @@ class ScriptBridge final : public UserContentController::Mirror {
                                            WebKitScriptMessageReply* reply, gpointer line);
   static void loadChanged(WebKitWebView*, WebKitLoadEvent event, gpointer self);
   void receive(const Line& line, JSCValue* value, const std::function<void(ScriptReply)>& reply);
-  /// Counts a message; false when there have been too many.
-  [[nodiscard]] bool isAffordable();
+  [[nodiscard]] std::optional<JsonValue> read(JSCValue* value);
   [[nodiscard]] bool isUnambiguous(const std::string& name) const;
+  void open(const Line& line) const;
+  void close(const Line& line) const;
+  void pause();
+  void resume();
 
   GtkWebEngine& engine_;
   WebView& webView_;
@@ -56,9 +65,11 @@ class ScriptBridge final : public UserContentController::Mirror {
   std::shared_ptr<UserContentController> controller_;
   std::vector<std::unique_ptr<Line>> lines_;
   SignalConnection loadChanged_;
-  /// Since `nextSecond_` was queued.
-  int messages_ = 0;
-  WorkItem nextSecond_;
+  CostAllowance allowance_;
+  int refusals_ = 0;
+  /// The channels are closed.
+  bool paused_ = false;
+  WorkItem resumption_;
 };
 
 }  // namespace velto

@@ -31,6 +31,7 @@ WindowShape::WindowShape(GtkWindow* toplevel, Window& window)
     : toplevel_(toplevel),
       window_(window),
       draw_(toplevel, "draw", G_CALLBACK(onDraw), this),
+      map_(toplevel, "map-event", G_CALLBACK(onMap), this),
       composited_(gtk_window_get_screen(toplevel), "composited-changed", G_CALLBACK(onCompositedChanged),
                   this) {}
 
@@ -51,12 +52,16 @@ void WindowShape::attributesChanged() {
   gtk_widget_set_app_paintable(widget, window_.isOpaque() ? FALSE : TRUE);
   if (ignoresMouse_ != window_.ignoresMouseEvents()) {
     ignoresMouse_ = window_.ignoresMouseEvents();
-    const Region nothing(cairo_region_create());
-    gtk_widget_input_shape_combine_region(widget, ignoresMouse_ ? nothing.get() : nullptr);
+    shapeInput();
   }
   alpha_ = window_.alpha();
   if (gtk_widget_get_opacity(widget) != alpha_) gtk_widget_set_opacity(widget, alpha_);
   update();
+}
+
+void WindowShape::shapeInput() {
+  const Region nothing(cairo_region_create());
+  gtk_widget_input_shape_combine_region(GTK_WIDGET(toplevel_), ignoresMouse_ ? nothing.get() : nullptr);
 }
 
 void WindowShape::update() {
@@ -91,6 +96,13 @@ WindowShape::Region WindowShape::drawn() const {
 
 gboolean WindowShape::onDraw(GtkWidget*, cairo_t*, gpointer self) {
   guarded([&] { static_cast<WindowShape*>(self)->update(); });
+  return FALSE;
+}
+
+/// Once more, because a window manager's frame learns of a window's input shape only when it changes.
+gboolean WindowShape::onMap(GtkWidget*, GdkEvent*, gpointer self) {
+  auto* const shape = static_cast<WindowShape*>(self);
+  if (shape->ignoresMouse_) shape->shapeInput();
   return FALSE;
 }
 

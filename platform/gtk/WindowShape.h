@@ -31,9 +31,11 @@ class WindowShape {
   };
   using Region = std::unique_ptr<cairo_region_t, FreeRegion>;
 
+  static gboolean onMap(GtkWidget*, GdkEvent*, gpointer self);
   static gboolean onDraw(GtkWidget*, cairo_t*, gpointer self);
   static void onCompositedChanged(GdkScreen*, gpointer self);
   void prepare();
+  void shapeInput();
   /// Null for the whole window.
   [[nodiscard]] Region wanted() const;
   [[nodiscard]] Region drawn() const;
@@ -44,6 +46,7 @@ class WindowShape {
   double alpha_ = 1;
   bool ignoresMouse_ = false;
   SignalConnection draw_;
+  SignalConnection map_;
   SignalConnection composited_;
 };
 

@@ -58,6 +58,7 @@ View* findView(const Window& window, std::string_view identifier) {
 HeadlessInput::HeadlessInput(HeadlessWindowSystem& windowSystem, const Clock& clock)
     : windowSystem_(windowSystem), clock_(clock) {
   windowSystem_.setWindowLeftScreen([this](const Window& window) {
+    if (pressed_.get() == &window) losePress();
     if (over_.get() == &window) moveMouseAway();
   });
 }
@@ -80,14 +81,25 @@ void HeadlessInput::moveMouseAway() {
   tracker_.left();
 }
 
+void HeadlessInput::losePress() {
+  moving_ = nullptr;
+  const auto holder = std::exchange(holder_, nullptr);
+  if (!holder || !pressed_ || pressed_->isClosed()) return;
+  const MouseEvent event{MouseEvent::kNowhere, lastScreenPoint_, press_.button, press_.clickCount, {}};
+  holder->mouseUp(event);
+}
+
 void HeadlessInput::press(Window& window, Point point, const Press& press) {
+  if (holder_ && press.button != press_.button) return;
   const WeakPtr<Window> pressed = window;
+  losePress();
+  if (!pressed) return;
   moveMouse(window, point, press.modifiers);
   if (!pressed || !pressed->isVisible()) return;
   const MouseEvent event = eventAt(window, point, press);
   press_ = press;
   lastScreenPoint_ = event.screenLocation;
-  moving_ = nullptr;
+  pressed_ = window;
   windowSystem_.focus(&window);
   holder_ = pressed ? offer(viewAt(window, point), &View::mouseDown, event) : nullptr;
   if (pressed && !holder_ && window.attributes().movableByBackground && press.button == 1) moving_ = window;

@@ -30,7 +30,7 @@ class HeadlessInput {
   void moveMouseAway();
   void press(Window& window, Point point) { press(window, point, Press()); }
   void press(Window& window, Point point, const Press& press);
-  /// With the button down.
+  /// With the button down. A press of another button meanwhile goes nowhere.
   void drag(Window& window, Point point);
   /// The same, at a point of the screen; the window may have moved under the pointer meanwhile.
   void dragOnScreen(Window& window, Point screenPoint);
@@ -46,6 +46,8 @@ class HeadlessInput {
 
  private:
   void track(Window& window, const MouseEvent& event);
+  /// The release of the press that is held will not come.
+  void losePress();
   void dragTo(const MouseEvent& event);
 
   HeadlessWindowSystem& windowSystem_;
@@ -54,6 +56,8 @@ class HeadlessInput {
   /// The window that the pointer is over.
   WeakPtr<Window> over_;
   Press press_;
+  /// The window that was pressed.
+  WeakPtr<Window> pressed_;
   /// What used the press, or the window that the press moves.
   WeakPtr<View> holder_;
   WeakPtr<Window> moving_;

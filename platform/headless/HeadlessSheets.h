@@ -1,7 +1,6 @@
 #pragma once
 
 #include <algorithm>
-#include <cstdint>
 #include <deque>
 #include <functional>
 #include <memory>
@@ -12,23 +11,24 @@
 
 #include "platform/foundation/WeakPtr.h"
 #include "platform/headless/VirtualLoop.h"
+#include "platform/ui/Alert.h"
 #include "platform/ui/Window.h"
 
 namespace velto {
 
 /// Questions of one kind that wait for the person, oldest first. Each is answered once, from the loop: by the
-/// test, or with the answer of a dismissed one when the window it stands on closes.
+/// test, or with the answer of a dismissed one when it is taken away or the window it stands on closes.
 template <class Question, class Answer>
 class HeadlessSheets {
  public:
   using Completion = std::function<void(const Answer&)>;
 
-  /// `dismissed` gives what is answered for a closing window.
+  /// `dismissed` gives what is answered for a closing window and for what is taken from the screen.
   HeadlessSheets(VirtualLoop& loop, std::function<Answer(const Question&)> dismissed)
       : loop_(loop), dismissed_(std::move(dismissed)) {}
 
-  void show(const Question& question, WeakPtr<Window> sheetOn, Completion completion) {
-    sheets_.push_back({++last_, question, bool{sheetOn}, sheetOn, std::move(completion), false});
+  void show(SheetId number, const Question& question, WeakPtr<Window> sheetOn, Completion completion) {
+    sheets_.push_back({number, question, bool{sheetOn}, sheetOn, std::move(completion), false});
     dismissOfClosedWindows();
   }
 
@@ -62,26 +62,36 @@ class HeadlessSheets {
   /// A window closed or went.
   void dismissOfClosedWindows() {
     for (Sheet& sheet : sheets_) {
-      const bool closed = sheet.onWindow && (!sheet.window || sheet.window->isClosed());
-      if (!closed || std::exchange(sheet.isDismissed, true)) continue;
-      loop_.async([this, alive = std::weak_ptr(alive_), number = sheet.number] {
-        if (!alive.expired()) dismiss(number);
-      });
+      if (sheet.onWindow && (!sheet.window || sheet.window->isClosed())) dismiss(sheet);
+    }
+  }
+
+  /// Nothing happens when no such question is shown.
+  void dismiss(SheetId number) {
+    for (Sheet& sheet : sheets_) {
+      if (sheet.number == number) dismiss(sheet);
     }
   }
 
  private:
   struct Sheet {
-    std::uint64_t number = 0;
+    SheetId number = 0;
     Question question;
     bool onWindow = false;
     WeakPtr<Window> window;
     Completion completion;
-    /// Its window closed; the answer is on its way.
+    /// It is no longer shown; the answer is on its way.
     bool isDismissed = false;
   };
 
-  void dismiss(std::uint64_t number) {
+  void dismiss(Sheet& sheet) {
+    if (std::exchange(sheet.isDismissed, true)) return;
+    loop_.async([this, alive = std::weak_ptr(alive_), number = sheet.number] {
+      if (!alive.expired()) answerDismissed(number);
+    });
+  }
+
+  void answerDismissed(SheetId number) {
     const auto found =
         std::find_if(sheets_.begin(), sheets_.end(), [number](const Sheet& s) { return s.number == number; });
     const Sheet sheet = std::move(*found);
@@ -92,7 +102,6 @@ class HeadlessSheets {
   VirtualLoop& loop_;
   std::function<Answer(const Question&)> dismissed_;
   std::deque<Sheet> sheets_;
-  std::uint64_t last_ = 0;
   /// Tells queued steps that the sheets are still there.
   std::shared_ptr<char> alive_ = std::make_shared<char>();
 };

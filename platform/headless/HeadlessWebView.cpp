@@ -19,7 +19,10 @@ namespace {
 
 constexpr int kMostRedirects = 20;
 
-WebError cancelled(const Url& url) { return {WebError::kUrlDomain, WebError::kCancelled, "cancelled", url}; }
+WebError cancelled(const Url& url) {
+  return {WebError::kUrlDomain, WebError::kCancelled, "The load was cancelled.", url};
+}
+WebError timedOut(const Url& url) { return {WebError::kUrlDomain, -1001, "The request timed out.", url}; }
 
 std::string titleOf(std::string_view html) {
   constexpr std::string_view kOpen = "<title>";
@@ -218,7 +221,7 @@ void HeadlessWebView::seekPage() {
   for (int redirects = 0; !page.redirectTo.empty(); ++redirects) {
     if (redirects == kMostRedirects) {
       page = {};
-      page.error = WebError{WebError::kUrlDomain, -1007, "too many HTTP redirects", load_->url};
+      page.error = WebError{WebError::kUrlDomain, -1007, "Too many redirects.", load_->url};
       break;
     }
     load_->url = engineUrl(Url::parse(page.redirectTo).value());
@@ -228,7 +231,7 @@ void HeadlessWebView::seekPage() {
   if (delay > load_->timeout) {
     delay = load_->timeout;
     page = {};
-    page.error = WebError{WebError::kUrlDomain, -1001, "The request timed out.", load_->url};
+    page.error = timedOut(load_->url);
   }
   load_->found.script = std::move(page);
   queueStep(delay);
@@ -238,7 +241,9 @@ void HeadlessWebView::askHandler(UrlSchemeHandler& handler) {
   const auto answer = [weak = WeakPtr<HeadlessWebView>(*this),
                        navigation = load_->navigation](SchemeResponse response) {
     if (!weak || !weak->isUnderWay(navigation)) return;
+    weak->wakeUp_.cancel();
     Page& found = weak->load_->found;
+    found.script.error.reset();
     found.html = response.body;
     found.script.title = titleOf(response.body);
     if (response.failure)
@@ -246,6 +251,8 @@ void HeadlessWebView::askHandler(UrlSchemeHandler& handler) {
     found.response = std::move(response);
     weak->queueStep();
   };
+  load_->found.script.error = timedOut(load_->url);
+  queueStep(load_->timeout);
   handler.startTask(*this,
                     std::make_unique<HeadlessSchemeTask>(load_->url.absoluteString(), load_->url, answer));
 }
@@ -328,6 +335,16 @@ void HeadlessWebView::setResponsive(bool responsive) {
   for (HeldScript& held : std::exchange(heldScripts_, {})) runScript(std::move(held));
   for (HeldSnapshot& held : std::exchange(heldSnapshots_, {}))
     takeSnapshot(held.width, std::move(held.completion));
+}
+
+bool HeadlessWebView::mouseDown(const MouseEvent&) {
+  lastUserGesture_ = engine_.loop().uptime();
+  return true;
+}
+
+void HeadlessWebView::keyReceived(const KeyEvent& event) {
+  lastUserGesture_ = engine_.loop().uptime();
+  keysReceived_.push_back(event);
 }
 
 void HeadlessWebView::setScriptAnswer(std::function<std::optional<JsonValue>(std::string_view)> answer) {

@@ -46,7 +46,7 @@ class HeadlessWebView final : public WebView {
   void setResponsive(bool responsive);
   /// Instead of the page's own `answerScript`, for all pages of this web view.
   void setScriptAnswer(std::function<std::optional<JsonValue>(std::string_view)> answer);
-  void keyReceived(const KeyEvent& event) { keysReceived_.push_back(event); }
+  void keyReceived(const KeyEvent& event);
   /// @}
 
   /// @name What it was asked
@@ -78,6 +78,7 @@ class HeadlessWebView final : public WebView {
   [[nodiscard]] bool canGoBack() const override { return current_ > 0; }
   [[nodiscard]] bool canGoForward() const override { return current_ + 1 < history_.size(); }
   [[nodiscard]] bool isResponsive() const override { return responsive_ && !crashed_; }
+  [[nodiscard]] std::optional<Uptime> lastUserGesture() const override { return lastUserGesture_; }
   [[nodiscard]] double pageZoom() const override { return pageZoom_; }
   void setPageZoom(double zoom) override { pageZoom_ = zoom; }
   void evaluateJavaScript(std::string_view script, ScriptCompletion completion = {}) override;
@@ -85,7 +86,7 @@ class HeadlessWebView final : public WebView {
   [[nodiscard]] const WebViewConfiguration& configuration() const override { return configuration_; }
 
   /// The page takes what is pressed on it.
-  bool mouseDown(const MouseEvent&) override { return true; }
+  bool mouseDown(const MouseEvent& event) override;
 
  private:
   enum class Phase { waiting, started, committed };
@@ -96,7 +97,7 @@ class HeadlessWebView final : public WebView {
   };
   struct Load {
     Url url;
-    double timeout = 60;
+    double timeout = UrlRequest::kDefaultTimeout;
     Navigation navigation = {};
     /// Where in the history the page goes; absent for a new place after the present one.
     std::optional<std::size_t> place = std::nullopt;
@@ -164,6 +165,7 @@ class HeadlessWebView final : public WebView {
   bool stalled_ = false;
   bool responsive_ = true;
   bool crashed_ = false;
+  std::optional<Uptime> lastUserGesture_;
   double pageZoom_ = 1;
   std::function<std::optional<JsonValue>(std::string_view)> scriptAnswer_;
   std::vector<HeldScript> heldScripts_;

@@ -158,15 +158,22 @@ std::vector<Window*> HeadlessWindowSystem::frontToBack() const {
   return windows;
 }
 
-void HeadlessWindowSystem::showAlert(const Alert& alert, WeakPtr<Window> sheetOn,
-                                     AlertCompletion completion) {
+SheetId HeadlessWindowSystem::showAlert(const Alert& alert, WeakPtr<Window> sheetOn,
+                                        AlertCompletion completion) {
   if (alert.buttons.empty()) throw std::logic_error("An alert without a button cannot be answered");
-  alerts_.show(alert, sheetOn, std::move(completion));
+  alerts_.show(++lastSheet_, alert, sheetOn, std::move(completion));
+  return lastSheet_;
 }
 
-void HeadlessWindowSystem::showOpenPanel(const OpenPanel& panel, WeakPtr<Window> sheetOn,
-                                         OpenPanelCompletion completion) {
-  openPanels_.show(panel, sheetOn, std::move(completion));
+SheetId HeadlessWindowSystem::showOpenPanel(const OpenPanel& panel, WeakPtr<Window> sheetOn,
+                                            OpenPanelCompletion completion) {
+  openPanels_.show(++lastSheet_, panel, sheetOn, std::move(completion));
+  return lastSheet_;
+}
+
+void HeadlessWindowSystem::dismissSheet(SheetId sheet) {
+  alerts_.dismiss(sheet);
+  openPanels_.dismiss(sheet);
 }
 
 void HeadlessWindowSystem::answerAlert(std::size_t button, std::optional<std::string> text) {

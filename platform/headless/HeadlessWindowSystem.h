@@ -88,9 +88,10 @@ class HeadlessWindowSystem final : public WindowSystem {
   [[nodiscard]] std::unique_ptr<WindowPeer> makePeer(Window& window) override;
   [[nodiscard]] std::vector<Screen> screens() const override { return screens_; }
   void activate() override;
-  void showAlert(const Alert& alert, WeakPtr<Window> sheetOn, AlertCompletion completion) override;
-  void showOpenPanel(const OpenPanel& panel, WeakPtr<Window> sheetOn,
-                     OpenPanelCompletion completion) override;
+  SheetId showAlert(const Alert& alert, WeakPtr<Window> sheetOn, AlertCompletion completion) override;
+  SheetId showOpenPanel(const OpenPanel& panel, WeakPtr<Window> sheetOn,
+                        OpenPanelCompletion completion) override;
+  void dismissSheet(SheetId sheet) override;
   [[nodiscard]] bool prefersReducedMotion() const override { return reducedMotion_; }
   void beep() override { ++beeps_; }
   void stop() override { stopped_ = true; }
@@ -126,6 +127,7 @@ class HeadlessWindowSystem final : public WindowSystem {
   std::vector<Ordered> orders_;
   HeadlessSheets<Alert, AlertAnswer> alerts_;
   HeadlessSheets<OpenPanel, ChosenFiles> openPanels_;
+  SheetId lastSheet_ = 0;
   int activations_ = 0;
   int beeps_ = 0;
   bool stopped_ = false;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <functional>
 #include <optional>
 #include <string>
@@ -32,6 +33,9 @@ struct AlertAnswer {
   std::size_t button = 0;
   std::string text;
 };
+
+/// Names an alert or another question that waits for the person's answer. No number is used twice in a run.
+using SheetId = std::uint64_t;
 
 using AlertCompletion = std::function<void(const AlertAnswer&)>;
 

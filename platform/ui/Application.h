@@ -45,10 +45,13 @@ class WindowSystem {
   virtual void activate() = 0;
   /// Shows the alert on its window, or on its own without one, and answers once, asynchronously. When the
   /// window closes first the answer is the last button.
-  virtual void showAlert(const Alert& alert, WeakPtr<Window> sheetOn, AlertCompletion completion) = 0;
+  virtual SheetId showAlert(const Alert& alert, WeakPtr<Window> sheetOn, AlertCompletion completion) = 0;
   /// The same for a question for files; a window that closes first counts as cancelled.
-  virtual void showOpenPanel(const OpenPanel& panel, WeakPtr<Window> sheetOn,
-                             OpenPanelCompletion completion) = 0;
+  virtual SheetId showOpenPanel(const OpenPanel& panel, WeakPtr<Window> sheetOn,
+                                OpenPanelCompletion completion) = 0;
+  /// Takes the question from the screen; its answer is that of a window that closed. Nothing happens when it
+  /// was answered already.
+  virtual void dismissSheet(SheetId sheet) = 0;
   /// The person asked the desktop for less motion.
   [[nodiscard]] virtual bool prefersReducedMotion() const = 0;
   virtual void beep() = 0;
@@ -74,12 +77,13 @@ class Application {
 
   /// Before the windows of other programs, whatever they are doing.
   void activate() { windowSystem_.activate(); }
-  void showAlert(const Alert& alert, WeakPtr<Window> sheetOn, AlertCompletion completion) {
-    windowSystem_.showAlert(alert, sheetOn, std::move(completion));
+  SheetId showAlert(const Alert& alert, WeakPtr<Window> sheetOn, AlertCompletion completion) {
+    return windowSystem_.showAlert(alert, sheetOn, std::move(completion));
   }
-  void showOpenPanel(const OpenPanel& panel, WeakPtr<Window> sheetOn, OpenPanelCompletion completion) {
-    windowSystem_.showOpenPanel(panel, sheetOn, std::move(completion));
+  SheetId showOpenPanel(const OpenPanel& panel, WeakPtr<Window> sheetOn, OpenPanelCompletion completion) {
+    return windowSystem_.showOpenPanel(panel, sheetOn, std::move(completion));
   }
+  void dismissSheet(SheetId sheet) { windowSystem_.dismissSheet(sheet); }
   /// Tells the delegate that the application has started.
   void launch();
   /// Tells the delegate and ends the loop.

@@ -18,6 +18,9 @@ struct Modifiers {
 
 /// A pointer event, as one view sees it.
 struct MouseEvent {
+  /// Outside of every view.
+  static constexpr Point kNowhere{-1e6, -1e6};
+
   /// In the coordinates of the view that receives it.
   Point location;
   /// In global screen coordinates; a drag that moves its own window must use this one.

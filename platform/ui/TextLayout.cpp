@@ -105,6 +105,8 @@ Size TextLayout::size() const {
 }
 
 void TextLayout::setMaximumWidth(double width) {
+  // Drawn at another scale a text is not quite as wide as it was measured; it would be cut for that.
+  if (width >= size().width) return;
   pango_layout_set_ellipsize(native_->layout.get(), PANGO_ELLIPSIZE_END);
   constexpr double kMost = 1e6;
   const double held = width > 0 ? std::min(width, kMost) : 0;

@@ -106,6 +106,9 @@ class View : public Weakable {
   /// True when the event was used; otherwise the superview is asked.
   virtual bool mouseDown(const MouseEvent&) { return false; }
   virtual bool mouseDragged(const MouseEvent&) { return false; }
+  /// For the view that used the press, which gets the drags as well; presses of other buttons meanwhile reach
+  /// nobody. When no release will come because the window was hidden or put away, it is told so far outside
+  /// of it.
   virtual bool mouseUp(const MouseEvent&) { return false; }
   virtual bool mouseMoved(const MouseEvent&) { return false; }
   virtual void mouseEntered(const MouseEvent&) {}

@@ -18,9 +18,12 @@ struct Navigation {
 };
 
 struct UrlRequest {
+  /// Of every load that nothing else is said of, also one that a page starts.
+  static constexpr double kDefaultTimeout = 60;
+
   Url url;
   /// Seconds without an answer until the load fails.
-  double timeout = 60;
+  double timeout = kDefaultTimeout;
 };
 
 /// A window that a page asks for.

@@ -108,6 +108,9 @@ class WebView : public View {
   /// False while the page's process does not answer or is gone.
   [[nodiscard]] virtual bool isResponsive() const = 0;
 
+  /// When the person last pressed a button or a key in the page.
+  [[nodiscard]] virtual std::optional<Uptime> lastUserGesture() const = 0;
+
   [[nodiscard]] virtual double pageZoom() const = 0;
   virtual void setPageZoom(double zoom) = 0;
 

@@ -19,6 +19,7 @@
 #include <stdlib.h>
 
 #include "platform/gtk/GtkPlatform.h"
+#include "platform/gtk/GtkWindowPeer.h"
 #endif
 
 namespace velto::test {
@@ -60,6 +61,11 @@ class ContractPlatform {
 
   /// The point is in the window's content.
   void movePointer(Window& window, Point point) { headless_.input().moveMouse(window, point); }
+  /// Of the button; the window's content gets it.
+  void press(Window& window, Point point, int button) {
+    headless_.input().press(window, point, {button, 1, {}});
+  }
+  void release(Window& window, Point point, int) { headless_.input().release(window, point); }
 
  private:
   HeadlessPlatform headless_;
@@ -113,8 +119,26 @@ class ContractPlatform {
                     static_cast<int>(window.frame().minX() + point.x),
                     static_cast<int>(screen.maxY() - window.frame().minY() - point.y));
   }
+  /// Of the button; the window's content gets it.
+  void press(Window& window, Point point, int button) { click(window, point, button, GDK_BUTTON_PRESS); }
+  void release(Window& window, Point point, int button) { click(window, point, button, GDK_BUTTON_RELEASE); }
 
  private:
+  void click(Window& window, Point point, int button, GdkEventType type) {
+    GtkWindow* const toplevel = static_cast<GtkWindowPeer*>(window.peer())->toplevel();
+    GtkWidget* const content = gtk_bin_get_child(GTK_BIN(toplevel));
+    GdkEvent* const event = gdk_event_new(type);
+    event->button.window = GDK_WINDOW(g_object_ref(gtk_widget_get_window(content)));
+    event->button.send_event = TRUE;
+    event->button.x = point.x;
+    event->button.y = window.frame().size.height - point.y;
+    event->button.button = static_cast<guint>(button);
+    GdkSeat* const seat = gdk_display_get_default_seat(gdk_display_get_default());
+    gdk_event_set_device(event, gdk_seat_get_pointer(seat));
+    gtk_widget_event(content, event);
+    gdk_event_free(event);
+  }
+
   /// Folders that are gone when the process ends.
   class TemporaryHome {
    public:

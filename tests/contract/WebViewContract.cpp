@@ -97,6 +97,25 @@ TEST_F(WebViewContract, givesUpAServerThatDoesNotAnswer) {
   EXPECT_THAT(recorder.log, ElementsAre(line("start", number), line("fail provisionally", number, " -1001")));
 }
 
+#ifdef VELTO_CONTRACT_HEADLESS
+
+/// In virtual time, because of the default.
+TEST_F(WebViewContract, givesUpWhateverBeginsToWait) {
+  const Url silent = site.add("/never", {.answer = ContractPage::Answer::never});
+  const Url page = site.add("/a", {.title = "First"});
+  visit(page);
+  site.follow(*webView, silent);
+  EXPECT_TRUE(contract.runUntil([&] { return recorder.lastError.code == -1001; }, 61));
+  EXPECT_EQ(recorder.lastError.failingUrl, silent);
+  visit(page);
+  site.add("/a", {.answer = ContractPage::Answer::never});
+  recorder.lastError = {};
+  webView->reload();
+  EXPECT_TRUE(contract.runUntil([&] { return recorder.lastError.code == -1001; }, 61));
+}
+
+#endif
+
 TEST_F(WebViewContract, numbersWhatAPageStartsWhenItStarts) {
   visit(site.add("/a", {.title = "First"}));
   const Url next = site.add("/b", {.title = "Second"});
@@ -273,6 +292,19 @@ TEST_F(WebViewContract, mayLoadInAnswerToAFailure) {
   ASSERT_TRUE(waitFor(line("finish", next)));
   EXPECT_THAT(recorder.log, ElementsAre(line("start", number), line("fail provisionally", number, " -1004"),
                                         line("start", next), line("commit", next), line("finish", next)));
+}
+
+TEST_F(WebViewContract, knowsWhenThePersonTouchedThePage) {
+  visit(site.add("/a", {.title = "First"}));
+  EXPECT_FALSE(webView->lastUserGesture());
+  const Clock& clock = contract.platform().clock;
+  for (int touches = 0; touches < 2; ++touches) {
+    const Uptime before = clock.uptime();
+    site.touch(*webView);
+    ASSERT_TRUE(webView->lastUserGesture());
+    EXPECT_TRUE(*webView->lastUserGesture() >= before && *webView->lastUserGesture() <= clock.uptime());
+    contract.runUntil([] { return false; }, 0.02);
+  }
 }
 
 TEST_F(WebViewContract, zooms) {

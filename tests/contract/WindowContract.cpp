@@ -350,10 +350,55 @@ TEST_F(WindowContract, ViewsFollowThePointerBelowOthersAndUntilTheWindowGoes) {
   leaveBy("closing", [&] { window->close(); });
 }
 
+/// Writes down what it is pressed with.
+class Pressed final : public View {
+ public:
+  explicit Pressed(std::vector<std::string>& log) : log_(log) {}
+  bool mouseDown(const MouseEvent& event) override { return note("down", event); }
+  bool mouseUp(const MouseEvent& event) override {
+    return note(bounds().contains(event.location) ? "up" : "lost", event);
+  }
+
+ private:
+  bool note(const std::string& what, const MouseEvent& event) {
+    log_.push_back(what + " " + std::to_string(event.button));
+    return true;
+  }
+  std::vector<std::string>& log_;
+};
+
+TEST_F(WindowContract, APressIsOneButtonsAndEndsForItsView) {
+  auto other = makeKey({{500, 100}, {300, 200}});
+  auto window = makeKey({{100, 100}, {300, 200}});
+  contract.movePointer(*other, {10, 10});
+  std::vector<std::string> log;
+  window->setContentView(std::make_unique<Pressed>(log));
+  const auto pressAnd = [&](const std::function<void()>& finish) {
+    window->makeKeyAndOrderFront();
+    EXPECT_TRUE(contract.runUntil([&] { return window->isKey(); }));
+    settle();
+    contract.press(*window, {10, 10}, 1);
+    contract.press(*window, {10, 10}, 3);
+    finish();
+    settle();
+    return std::exchange(log, {});
+  };
+  EXPECT_THAT(pressAnd([&] { contract.release(*window, {10, 10}, 1); }), ElementsAre("down 1", "up 1"));
+  EXPECT_THAT(pressAnd([&] { window->miniaturize(); }), ElementsAre("down 1", "lost 1"));
+  EXPECT_THAT(pressAnd([&] { window->orderOut(); }), ElementsAre("down 1", "lost 1"));
+  EXPECT_THAT(pressAnd([&] {
+                contract.press(*window, {10, 10}, 1);
+              }),
+              ElementsAre("down 1", "lost 1", "down 1"));
+  window->close();
+  EXPECT_THAT(log, testing::IsEmpty());
+}
+
 class AlertContract : public WindowContract {
  protected:
   void show(const Alert& alert, Window* window) {
-    application().showAlert(alert, window, [this](const AlertAnswer& answer) { answers.push_back(answer); });
+    shown = application().showAlert(alert, window,
+                                    [this](const AlertAnswer& answer) { answers.push_back(answer); });
   }
   bool runUntilAnswered(std::size_t count) {
     return contract.runUntil([this, count] { return answers.size() >= count; });
@@ -364,6 +409,7 @@ class AlertContract : public WindowContract {
                        .buttons = {"Leave", "More", "Stay"},
                        .textField = {}};
   std::vector<AlertAnswer> answers;
+  SheetId shown = 0;
 };
 
 TEST_F(AlertContract, EveryButtonAnswersOnceAndLater) {
@@ -408,6 +454,29 @@ TEST_F(AlertContract, ClosingTheWindowAnswersWithTheLastButton) {
   other.reset();
   ASSERT_TRUE(runUntilAnswered(2));
   EXPECT_EQ(answers[1].button, 2U);
+}
+
+TEST_F(AlertContract, WhatIsTakenFromTheScreenIsAnsweredAndTheRestStays) {
+  auto window = makeKey({{100, 100}, {300, 200}});
+  show(question, window.get());
+  show(question, window.get());
+  int cancelled = 0;
+  const SheetId files =
+      application().showOpenPanel({}, window.get(), [&](const auto& chosen) { cancelled += chosen ? 0 : 1; });
+  EXPECT_NE(files, shown);
+  for (int attempt = 0; attempt < 2; ++attempt) {
+    application().dismissSheet(files);
+    application().dismissSheet(shown);
+    EXPECT_EQ(answers.size(), static_cast<std::size_t>(attempt));
+    ASSERT_TRUE(runUntilAnswered(1));
+    settle();
+    EXPECT_EQ(cancelled, 1);
+    ASSERT_EQ(answers.size(), 1U);
+    EXPECT_EQ(answers[0].button, 2U);
+  }
+  contract.answerAlert(1);
+  ASSERT_TRUE(runUntilAnswered(2));
+  EXPECT_EQ(answers[1].button, 1U);
 }
 
 TEST_F(AlertContract, FilesAreChosenOrNot) {

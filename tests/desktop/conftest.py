@@ -1,6 +1,9 @@
 """Fixtures: desktops for a module, an application and a site for a test."""
 
 import signal
+import socket
+import time
+from types import SimpleNamespace
 
 import pytest
 
@@ -52,6 +55,7 @@ def running(shared):
         shared.close_windows()
     except BaseException:
         shared.end(signal.SIGKILL)
+        shared.socket.unlink(missing_ok=True)  # or the next start would seem to be done before it is
         raise
 
 
@@ -63,3 +67,26 @@ def neighbour(desktop):
     window.forget_events()
     yield window
     window.remove()
+
+
+@pytest.fixture(scope="session")
+def silent_page():
+    """A window that waits for a server that accepts and says nothing, on a desktop of its own. It gives up after a
+    minute, during which the other tests run.
+    """
+    desktop = Desktop.single()
+    application = Application(desktop)
+    with socket.create_server(("127.0.0.1", 0)) as server:
+        since = time.monotonic()
+        window = application.open(f"http://127.0.0.1:{server.getsockname()[1]}/", "--size", "600x420")
+        yield SimpleNamespace(application=application, window=window, since=since)
+        application.remove()
+    desktop.stop()
+
+
+def pytest_configure(config):
+    config.addinivalue_line("markers", "at_the_end: waits for something that takes long and began earlier")
+
+
+def pytest_collection_modifyitems(items):
+    items.sort(key=lambda item: item.get_closest_marker("at_the_end") is not None)

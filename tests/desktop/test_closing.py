@@ -98,6 +98,13 @@ def test_asking_again_while_the_question_is_open(running, site):
     other.close(patience=5)
     assert window.screen.dialogs_of(window) == [dialog]
     dialog.activate()
+    running.desktop.input.press("Escape")
+    dialog.wait_until_gone()
+    running.desktop.input.click(*window.centre())
+    site.wait_for("/clicked", times=2)
+    assert window.screen.dialogs_of(window) == [], "once is enough"
+    window.ask_to_close()
+    dialog_of(window).activate()
     running.desktop.input.press("Return")
     window.wait_until_gone()
 

@@ -7,7 +7,9 @@ import threading
 import pytest
 
 from support import processes
+from support.neighbours import Neighbour
 from support.waiting import wait_until
+from support.windows import Frame
 
 COLOUR, OTHER = "#2060c0", "#208040"
 BOX = "<div style='width:100px;height:100px;background:#ff0000'></div>"
@@ -32,6 +34,28 @@ def test_zoom(running, site, zoom, side):
                lambda: f"the box ends at {side}: {window.colour(*inside)}, {window.colour(*outside)}")
 
 
+def test_an_idle_page_stays_whole(running, site, desktop):
+    """Whatever lay over a part of it: the engine paints a page that does not change as a whole only."""
+    window = running.open(site.page("/page", COLOUR), "--size", "420x420", "--top-left", "--zoom", "150")
+    window.wait_until_shows(COLOUR)
+
+    def is_whole():
+        inside = window.picture().crop((40, 40, 405, 405))
+        return inside.getcolors() == [(365 * 365, (0x20, 0x60, 0xC0))]
+
+    wait_until(is_whole, "the zoom badge fades")
+    cover = Neighbour(desktop, Frame(150, 150, 200, 200))
+    try:
+        wait_until(lambda: not is_whole(), "another window covers a part")
+        for x in (60, 700):
+            before = cover.frame()
+            cover.handle.configure(x=x, y=330)
+            wait_until(lambda before=before: cover.frame() != before, "it is moved")
+        wait_until(is_whole, "the page is whole again")
+    finally:
+        cover.remove()
+
+
 def test_a_window_is_there_before_its_page(running, site):
     gate = threading.Event()
     slow = running.open(site.page("/slow", COLOUR, gate=gate), "--size", "300x200", "--top-left")
@@ -51,26 +75,15 @@ def process_of(window, site, application):
     return max(before, key=lambda pid: processes.processor_time(pid) - before[pid])
 
 
-def button_in(window):
-    """The middle of what has the colour of a button, in root coordinates; None when there is none."""
-    picture = window.picture()
-    pixels = picture.load()
-    found = [(x, y) for x in range(0, picture.width, 2) for y in range(0, picture.height, 2)
-             if pixels[x, y] == BUTTON]
-    if len(found) < 100:
-        return None
-    frame = window.frame()
-    return frame.x + sum(x for x, _ in found) // len(found), frame.y + sum(y for _, y in found) // len(found)
-
-
-def test_a_page_that_dies_says_so_and_comes_back(running, site):
-    dying = running.open(site.page("/dying", COLOUR, BURNS), "--size", "500x400", "--top-left")
+@pytest.mark.parametrize("part", ["", "#part"])
+def test_a_page_that_dies_says_so_and_comes_back(running, site, part):
+    dying = running.open(site.page("/dying", COLOUR, BURNS) + part, "--size", "500x400", "--top-left")
     dying.wait_until_shows(COLOUR)
     other = running.open(site.page("/other", OTHER, BURNS), "--size", "400x400", "--x", "600")
     other.wait_until_shows(OTHER)
 
     os.kill(process_of(dying, site, running), signal.SIGKILL)
-    reload = wait_until(lambda: button_in(dying), "the window offers to load the page again")
+    reload = wait_until(lambda: dying.middle_of(BUTTON), "the window offers to load the page again")
     assert other.shows(OTHER)
     running.desktop.input.click(*other.centre())
     wait_until(other.has_focus, "the other window has the keyboard")

@@ -5,6 +5,7 @@ import pytest
 from support.application import Application
 from support.desktop import Desktop
 from support.neighbours import Dock
+from support.waiting import wait_until
 
 COLOUR = "#2060c0"
 
@@ -46,7 +47,8 @@ UNMANAGED = [FREE[0], FREE[3], FREE[4], FREE[8], FREE[13], FREE[15]]
 def opens_at(application, site, arguments, frame):
     window = application.open(site.page("/page", COLOUR), *arguments.split())
     window.wait_for_frame(*frame)
-    window.wait_until_shows(COLOUR)
+    # Near its lower edge: in the middle of the smallest window there is one of its dots.
+    wait_until(lambda: window.colour(window.frame().width // 2, window.frame().height - 3) == COLOUR, "it shows its page")
     assert window.frame() == frame, "it moved when its page came"
 
 

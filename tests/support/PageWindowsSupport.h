@@ -17,8 +17,9 @@ class PageWindowsSupport : public SessionRecording, public LayoutWindowOpening {
   }
 
   void scheduleSessionRecording() override { ++recordings; }
-  void openWindow(const Url& target, const WindowOptions&) override {
+  void openWindow(const Url& target, const WindowOptions& options) override {
     opened.push_back(target.absoluteString());
+    lastOptions = options;
   }
 
  private:
@@ -27,8 +28,10 @@ class PageWindowsSupport : public SessionRecording, public LayoutWindowOpening {
  public:
   int recordings = 0;
   std::vector<std::string> opened;
+  WindowOptions lastOptions;
   OpenWindows windows{headless_.application()};
-  WindowLife windowLife{windows, *this, headless_.loop()};
+  PageQuestions questions{headless_.application()};
+  WindowLife windowLife{windows, questions, *this, headless_.loop()};
   DebugLog log{headless_.files(), headless_.loop(), std::nullopt};
   PageWindows pageWindows{windows, windowLife, log, headless_.loop(), headless_.loop()};
 };

@@ -11,9 +11,11 @@
 #include <utility>
 #include <vector>
 
+#include "app/launch/PlayerUrl.h"
 #include "app/opening/Services.h"
 #include "app/opening/WindowOpener.h"
 #include "app/pages/PageContent.h"
+#include "app/pages/PlayerPage.h"
 #include "app/windows/WindowFurniture.h"
 #include "platform/headless/HeadlessWebView.h"
 
@@ -216,7 +218,16 @@ class RecordingSubsystems {
     std::map<std::string, std::shared_ptr<UrlSchemeHandler>> makeUrlSchemeHandlers() override {
       return {{"velto-history", std::make_shared<Handler>()}};
     }
-    void loadPlayer(WebView&, const Url& url) override { all.note("player: " + url.absoluteString()); }
+    std::optional<Navigation> loadPlayer(WebView& webView, const Url& url) override {
+      all.note("player: " + url.absoluteString());
+      const auto base = playerWebURL(url, kWebHost);
+      return base ? webView.loadHtml("<title>Velto Video</title>", base) : webView.load({url});
+    }
+    [[nodiscard]] std::optional<Url> playerAt(const Url& url) const override {
+      const bool isPlayer = url.host() == kWebHost && url.encodedPath() == "/player";
+      return isPlayer ? playerLaunchURL(url.queryValue("v").value_or(""), false, std::nullopt) : std::nullopt;
+    }
+    static constexpr const char* kWebHost = "player.example";
 
     struct Handler : UrlSchemeHandler {
       void startTask(WebView&, std::unique_ptr<UrlSchemeTask> task) override {

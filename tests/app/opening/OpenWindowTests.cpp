@@ -198,9 +198,11 @@ TEST(OpenWindow, aVideoIsLoadedByThePlayer) {
   TestApplication app;
   app.settle();
   app.openWindow(kPlayer);
-  ASSERT_GE(app.log().size(), 3U);
-  EXPECT_THAT(CallLog(app.log().begin(), app.log().begin() + 3),
-              ElementsAre("engine: makeWebView", std::string("player: ") + kPlayer, "furniture: chrome"));
+  ASSERT_GE(app.log().size(), 4U);
+  EXPECT_THAT(
+      CallLog(app.log().begin(), app.log().begin() + 4),
+      ElementsAre("engine: makeWebView", std::string("player: ") + kPlayer,
+                  "engine: loadHtml https://player.example/player?v=abcdefghijk", "furniture: chrome"));
 }
 
 TEST(OpenWindow, clampsTheZoom) {

@@ -96,14 +96,26 @@ TEST_F(CrashTest, keepsTheScrollThatARealNavigationForgets) {
 }
 
 TEST_F(CrashTest, aProcessThatDiesOfThisPageTooIsNotStartedOverAndOver) {
-  const auto loads = [this] {
-    return app_.subsystems.countOf("engine: loadHtml https://a.example/x?a=1&b=2");
+  const auto shown = [this] {
+    return app_.subsystems.countOf("engine: loadSubstitute https://a.example/x?a=1&b=2");
   };
+  crash();
+  crash();
+  EXPECT_EQ(shown(), 2) << "its button works again";
   for (int i = 0; i < 10; ++i) crash();
-  EXPECT_EQ(loads(), 1);
+  EXPECT_EQ(shown(), 3);
   app_.headless.advance(60);
   crash();
-  EXPECT_EQ(loads(), 2) << "much later it is worth another try";
+  EXPECT_EQ(shown(), 4) << "much later it is worth another try";
+}
+
+TEST_F(CrashTest, theWindowIsStillFoundByItsAddress) {
+  crash();
+  app_.receive(
+      {"velto://open?reuse=true&url="
+       "https%3A%2F%2Fa.example%2Fx%3Fa%3D1%26b%3D2"});
+  EXPECT_EQ(app_.panelCount(), 2U);
+  EXPECT_EQ(app_.headless.application().keyWindow(), panel_.get());
 }
 
 TEST_F(CrashTest, theReloadedPageMayCrashAgainAtOnce) {

@@ -99,6 +99,9 @@ TEST(FailurePage, namesTheAddressAsItCan) {
       {url("about:blank"),
        "about:blank|the server “the server”|<p class=\"retry\"><a href=\"about:blank\">Try Again</a></p>"},
       {std::nullopt, "that address|the server “the server”|"},
+      {url("javascript:x()"), "javascript:x()|the server “the server”|"},
+      {url("DATA:text/html,x"), "DATA:text/html,x|the server “the server”|"},
+      {url("blob:https://a.example/1"), "blob:https://a.example/1|the server “the server”|"},
   };
   for (const auto& c : cases) {
     const std::string text = failurePage("{{body}}{{retry}}", c.address, urlError(-1001));

@@ -89,6 +89,16 @@ class PageQuestionsTest : public ::testing::Test {
       answers_.push_back(names);
     });
   }
+  void leave() {
+    page().uiDelegate()->runBeforeUnloadConfirmPanel(
+        page(), page().url(), [this](bool leaves) { answers_.emplace_back(leaves ? "leaves" : "stays"); });
+  }
+  /// Answers what the page asks, until it asks nothing for a while; gives how much that was.
+  int answerAll() {
+    int shown = 0;
+    for (app_.settleDown(); !desktop().alerts().empty(); app_.settleDown(), ++shown) desktop().answerAlert(0);
+    return shown;
+  }
   /// `while (true) alert()`
   void alertForEver() {
     page().alert("again", [this] {
@@ -98,7 +108,7 @@ class PageQuestionsTest : public ::testing::Test {
   }
   std::string debugLog() { return app_.headless.files().read("/home/p/Documents/urlbar_debug.txt"); }
 
-  static constexpr std::size_t kFarTooMany = 1000;
+  static constexpr std::size_t kFarTooMany = 100;
   TestApplication app_;
   WeakPtr<HovrelPanel> panel_;
   std::vector<std::string> answers_;
@@ -170,12 +180,13 @@ TEST_F(PageQuestionsTest, areCancelledWhenTheWindowIsToClose) {
   confirm();
   app_.settleDown();
   EXPECT_THAT(answers_, testing::Contains("no").Times(2)) << "unseen";
-  while (desktop().alerts().size() > 1) desktop().answerAlert(0);
-  desktop().answerOpenPanel(std::vector<std::filesystem::path>{"/a"});
+  ASSERT_EQ(desktop().alerts().size(), 1U) << "the others are gone";
+  EXPECT_TRUE(desktop().openPanels().empty());
   EXPECT_EQ(desktop().alerts().front().messageText, "Are you sure you want to leave this page?");
   desktop().answerAlert("Stay on Page");
   app_.settleDown();
-  EXPECT_EQ(answers_.size(), 5U) << "what the person says to the old ones is too late";
+  EXPECT_TRUE(desktop().alerts().empty());
+  EXPECT_EQ(answers_.size(), 5U);
 
   confirm();
   app_.settleDown();
@@ -210,31 +221,91 @@ TEST_F(PageQuestionsTest, ofAWindowThatClosedAreAnsweredOnce) {
   EXPECT_LE(answers_.size(), 1U);
 }
 
-TEST_F(PageQuestionsTest, areRefusedWhenThereAreTooMany) {
-  const auto answerAll = [this] {
-    int shown = 0;
-    for (app_.settleDown(); !desktop().alerts().empty(); app_.settleDown(), ++shown) desktop().answerAlert(0);
-    return shown;
+TEST_F(PageQuestionsTest, goWithWhatAskedThem) {
+  const struct {
+    const char* what;
+    std::function<void()> end;
+  } cases[] = {
+      {"another page", [this] { page().clickLink("https://b.example/"); }},
+      {"its process dies", [this] { page().crash(); }},
+      {"another page after the failure page", [this] { page().clickLink("https://a.example/"); }},
   };
-  alertForEver();
+  for (const auto& c : cases) {
+    answers_.clear();
+    confirm();
+    leave();
+    chooseFiles({});
+    app_.settleDown();
+    ASSERT_EQ(desktop().alerts().size() + desktop().openPanels().size(), 3U) << c.what;
+    c.end();
+    app_.settleDown();
+    EXPECT_EQ(desktop().alerts().size() + desktop().openPanels().size(), 0U) << c.what;
+    EXPECT_THAT(answers_, testing::UnorderedElementsAre("no", "stays", "no files")) << c.what;
+  }
+}
+
+TEST_F(PageQuestionsTest, areRefusedWhenThereAreTooManyAtATime) {
+  for (int i = 0; i < 31; ++i) confirm();
   EXPECT_EQ(answerAll(), 20);
-  EXPECT_EQ(answers_.size(), kFarTooMany) << "the page goes on, unseen";
+  EXPECT_EQ(answers_.size(), 20U) << "the others wait";
+  app_.headless.advance(PageDialogs::kRefusalDelay);
+  EXPECT_EQ(answers_.size(), 31U);
+  EXPECT_THAT(answers_, testing::Contains("no").Times(11));
   const std::string line = "refusing the dialogs of https://a.example/, which shows too many\n";
   EXPECT_THAT(debugLog(), testing::EndsWith(line));
   EXPECT_EQ(debugLog().find(line), debugLog().rfind(line)) << "it is said once";
 
-  confirm();
-  EXPECT_EQ(answerAll(), 0);
-  EXPECT_EQ(answers_.back(), "no");
   page().clickLink("https://b.example/");
   app_.settleDown();
   confirm();
   EXPECT_EQ(answerAll(), 1) << "another page";
+  app_.headless.advance(1);
   for (int i = 0; i < 30; ++i) alert();
   EXPECT_EQ(answerAll(), 19);
   app_.headless.advance(10);
   confirm();
   EXPECT_EQ(answerAll(), 1) << "time has passed";
+}
+
+TEST_F(PageQuestionsTest, areRefusedWhenOneFollowsTheOtherWithoutEnd) {
+  alertForEver();
+  EXPECT_EQ(answerAll(), 11) << "ten that follow";
+  const std::size_t before = answers_.size();
+  app_.headless.advance(2);
+  EXPECT_LE(answers_.size() - before, 10U) << "in no hurry";
+  EXPECT_EQ(answerAll(), 0);
+  app_.headless.advance(60);
+  EXPECT_EQ(answers_.size(), kFarTooMany) << "the page goes on, unseen";
+
+  confirm();
+  EXPECT_EQ(answerAll(), 0) << "and it has lost the person's trust";
+  app_.headless.advance(1);
+  EXPECT_EQ(answers_.back(), "no");
+  page().mouseDown({});
+  confirm();
+  EXPECT_EQ(answerAll(), 1) << "which a touch gives back";
+  for (int i = 0; i < 50; ++i, app_.headless.advance(1)) {
+    confirm();
+    EXPECT_EQ(answerAll(), 1) << "now and then is no loop";
+  }
+}
+
+TEST_F(PageQuestionsTest, whetherToLeaveAreRefusedButForTheWindowItself) {
+  ScriptedPage asks;
+  asks.beforeUnload = true;
+  app_.headless.webEngine().setPage("https://a.example/", asks);
+  panel_ = app_.showWindow("https://a.example/", {.incognito = true});
+  for (int i = 0; i < 30; ++i) leave();
+  EXPECT_EQ(answerAll(), 20);
+  EXPECT_EQ(answers_.size(), 20U);
+  EXPECT_THAT(debugLog(), testing::EndsWith("refusing the dialogs of (private), which shows too many\n"));
+  panel_->close();
+  app_.settleDown();
+  EXPECT_EQ(answers_.size(), 30U) << "the late answers are given at once";
+  ASSERT_EQ(desktop().alerts().size(), 1U);
+  desktop().answerAlert("Leave Page");
+  app_.settleDown();
+  EXPECT_FALSE(panel_);
 }
 
 }  // namespace

@@ -92,6 +92,53 @@ TEST_F(PageNavigationTest, privateWindowsAndTestsLeaveNoTrace) {
   EXPECT_THAT(called("history: "), IsEmpty());
 }
 
+TEST_F(PageNavigationTest, theLogKeepsPrivatePagesToItself) {
+  setPage("https://a.example/secret", {.redirectTo = "https://b.example/secret"});
+  fails("http://localhost/secret", -1004);
+  fails("http://127.0.0.1/secret", -1004);
+  setPage("http://[::1]/secret", {.error = WebError{WebError::kUrlDomain, -1004, "No http://[::1]/secret",
+                                                    url("http://[::1]/secret")}});
+  show("https://a.example/secret", {.incognito = true});
+  HovrelPanel& panel = show("http://localhost/secret", {.incognito = true});
+  panel.close();
+  app_.settleDown();
+  EXPECT_THAT(logged(), Contains("loopback fallback: trying (private)"));
+  EXPECT_THAT(logged(), Contains("didFailProvisionalNavigation: (private) | Error Domain=NSURLErrorDomain "
+                                 "Code=-1004 \"(private)\""));
+  for (const std::string& line : logged()) {
+    EXPECT_THAT(line, Not(testing::AnyOf(HasSubstr("secret"), HasSubstr("example"), HasSubstr("localhost"))));
+  }
+}
+
+TEST_F(PageNavigationTest, thePlayerComesBackWhateverLeadsToItsAddress) {
+  HovrelPanel& panel = show("velto-player://youtube?v=abcdefghijk");
+  HeadlessWebView& page = TestApplication::pageOf(panel);
+  const std::string address = page.url()->absoluteString();
+  const auto comesBack = [&](const char* how) {
+    app_.settleDown();
+    EXPECT_THAT(called("player: "), ElementsAre("velto-player://youtube?v=abcdefghijk")) << how;
+    EXPECT_EQ(htmlOf(panel), "<title>Velto Video</title>") << how;
+    EXPECT_EQ(page.url()->absoluteString(), address) << how;
+    app_.log().clear();
+  };
+  comesBack("at first");
+  page.reload();
+  comesBack("reload");
+  page.crash();
+  app_.settleDown();
+  EXPECT_THAT(called("player: "), IsEmpty()) << "not before the person wants it";
+  page.clickLink(address);
+  comesBack("the crash page's link");
+  page.crash();
+  page.reload();
+  comesBack("reload of the crash page");
+
+  HovrelPanel& second = show(address);
+  EXPECT_EQ(second.title(), app_.panel(0).title());
+  EXPECT_EQ(second.contentAspectRatio(), panel.contentAspectRatio()) << "a player's window";
+  EXPECT_EQ(htmlOf(second), "<title>Velto Video</title>");
+}
+
 TEST_F(PageNavigationTest, aFailureSaysSoAndCanBeRetried) {
   fails("https://a.example/x", -1003);
   HovrelPanel& panel = show("https://a.example/x");

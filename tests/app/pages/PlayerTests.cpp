@@ -12,6 +12,7 @@
 #include "app/windows/HovrelPanel.h"
 #include "platform/headless/HeadlessPlatform.h"
 #include "tests/support/PageWindowsSupport.h"
+#include "tests/support/TestApplication.h"
 #include "tests/support/UrlSupport.h"
 
 namespace velto {
@@ -21,7 +22,6 @@ using test::url;
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
-using ::testing::Not;
 
 constexpr const char* kPlayer = "velto-player://youtube?v=aB3-_efghiJ&playing=true&t=61";
 
@@ -88,13 +88,11 @@ TEST(Player, readsTheAddress) {
   };
   for (const auto& c : cases) {
     const auto web = playerWebURL(url(c.address), "host.example");
-    const auto config = playerConfigScript(url(c.address));
+    const auto config = playerConfig(url(c.address));
     EXPECT_EQ(web ? web->absoluteString() : "",
               c.web != nullptr ? "https://host.example/player" + std::string(c.web) : "")
         << c.address;
-    EXPECT_EQ(config.value_or(""),
-              c.config != nullptr ? "window.__VELTO_PLAYER_CONFIG__ = " + std::string(c.config) + ";" : "")
-        << c.address;
+    EXPECT_EQ(config.value_or(""), c.config != nullptr ? c.config : "") << c.address;
   }
   EXPECT_FALSE(playerWebURL(url(kPlayer), "no host"));
 }
@@ -106,11 +104,36 @@ TEST_F(PlayerTest, runsUnderTheWebHostWithItsOwnConfiguration) {
   EXPECT_EQ(first->url()->scheme(), "https");
   EXPECT_EQ(first->html(), headless_.files().read(resource()));
   EXPECT_EQ(playerScripts(*first),
-            "window.__VELTO_PLAYER_CONFIG__ = { v: \"aB3-_efghiJ\", playing: true, t: 61 };\n");
+            "window.__VELTO_PLAYER_CONFIG__ = { v: \"aB3-_efghiJ\", playing: true, t: 61 "
+            "};\nwindow.__VELTO_AD_BLOCKER__ = false;\n");
   EXPECT_EQ(playerScripts(*second),
-            "window.__VELTO_PLAYER_CONFIG__ = { v: \"abcdefghijk\", playing: false, t: 0 };\n");
+            "window.__VELTO_PLAYER_CONFIG__ = { v: \"abcdefghijk\", playing: false, t: 0 "
+            "};\nwindow.__VELTO_AD_BLOCKER__ = false;\n");
   EXPECT_NE(first->configuration().urlSchemeHandlers.at("velto-player"),
             second->configuration().urlSchemeHandlers.at("velto-player"));
+}
+
+TEST_F(PlayerTest, isFoundByItsWebAddress) {
+  const auto page = play(kPlayer);
+  EXPECT_EQ(content_.playerAt(*page->url()), url(kPlayer));
+  for (const char* other :
+       {"http://velto.example/player?v=aB3-_efghiJ", "https://velto.example/player?v=short",
+        "https://velto.example/player/?v=aB3-_efghiJ", "https://velto.example/player",
+        "https://velto.example:8443/player?v=aB3-_efghiJ", "https://a.example/player?v=aB3-_efghiJ",
+        kPlayer}) {
+    EXPECT_FALSE(content_.playerAt(url(other))) << other;
+  }
+}
+
+TEST_F(PlayerTest, loadedAgainIsTheSameOrAnother) {
+  const auto page = play(kPlayer);
+  const std::string once = playerScripts(*page);
+  content_.loadPlayer(*page, url(kPlayer));
+  EXPECT_EQ(playerScripts(*page), once) << "scripts that are there already are not added";
+  content_.loadPlayer(*page, url("velto-player://youtube?v=abcdefghijk"));
+  content_.loadPlayer(*page, url(kPlayer));
+  const std::string config = once.substr(0, once.find('\n') + 1);
+  EXPECT_THAT(playerScripts(*page), testing::EndsWith(config)) << "the last one counts";
 }
 
 TEST_F(PlayerTest, isLeftToItsSchemeWithoutAVideoOrAPage) {
@@ -159,7 +182,7 @@ TEST_F(PlayerTest, followTheAdBlockerSwitch) {
 
   AdBlocker blocker(headless_.application(), headless_.defaults());
   EXPECT_FALSE(blocker.isEnabled());
-  EXPECT_THAT(playerScripts(*play(kPlayer)), Not(HasSubstr("AD_BLOCKER")));
+  EXPECT_THAT(playerScripts(*play(kPlayer)), HasSubstr("window.__VELTO_AD_BLOCKER__ = false;"));
   blocker.toggle();
   EXPECT_TRUE(blocker.isEnabled());
   EXPECT_THAT(playerScripts(*play(kPlayer)), HasSubstr("window.__VELTO_AD_BLOCKER__ = true;"));
@@ -167,6 +190,16 @@ TEST_F(PlayerTest, followTheAdBlockerSwitch) {
   headless_.advance(1);
   EXPECT_THAT(page.scripts(), ElementsAre("window.__setAdBlocker && window.__setAdBlocker(true)",
                                           "window.__setAdBlocker && window.__setAdBlocker(false)"));
+}
+
+TEST(AdBlocker, isACommandOfTheApplication) {
+  test::TestApplication app;
+  app.settle();
+  const HovrelPanel& panel = app.showWindow("https://a.example/");
+  app.delegate().toggleAdBlocker();
+  app.settleDown();
+  EXPECT_TRUE(isAdBlockerEnabled(app.headless.defaults()));
+  EXPECT_THAT(app.pageOf(panel).scripts(), testing::Contains(HasSubstr("__setAdBlocker(true)")));
 }
 
 }  // namespace

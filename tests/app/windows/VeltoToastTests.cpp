@@ -138,7 +138,7 @@ TEST_F(ToastTest, isMadeAgainWhenTheDesktopClosedIt) {
   EXPECT_EQ(panel()->alpha(), 0);
 }
 
-TEST_F(ToastTest, mayBeShownFromAnotherThread) {
+TEST_F(ToastTest, mayBeShownFromAnotherThreadWithoutRegardToTheWindow) {
   std::thread([this] { toast.show("From afar"); }).join();
   EXPECT_EQ(panel(), nullptr) << "nothing happens there";
   headless.loop().drain();

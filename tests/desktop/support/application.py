@@ -25,6 +25,7 @@ class Application:
         self.socket = self.runtime / "velto" / "socket"
         self.runtime.mkdir(0o700)
         (self.home / "tmp").mkdir(0o700)
+        self._make_documents()
         self.environment = desktop.environment(self.home)
         self._direct = []
 
@@ -109,9 +110,25 @@ class Application:
     def web_processes(self):
         return processes.of_runtime_directory(self.runtime, "WebKitWebProcess")
 
+    def log(self):
+        """What it has noted since it started."""
+        noted = self.documents / "urlbar_debug.txt"
+        return noted.read_text() if noted.exists() else ""
+
+    def wait_until_logged(self, text, since=0):
+        """Beyond that many characters of the log."""
+        wait_until(lambda: text in self.log()[since:], lambda: f"{text!r} in the log: {self.log()[since:]}")
+
     def end(self, by=signal.SIGTERM):
         processes.kill(self.pids(), by)
         self.wait_until_windows_are_gone()
+
+    def _make_documents(self):
+        self.documents = self.home / "Documents"
+        self.documents.mkdir(0o700)
+        settings = self.home / "config"
+        settings.mkdir(0o700)
+        (settings / "user-dirs.dirs").write_text('XDG_DOCUMENTS_DIR="$HOME/Documents"\n')
 
 
 def launch_url(page, scheme="velto", **keys):

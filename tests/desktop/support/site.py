@@ -1,5 +1,7 @@
 """A web site on the loopback interface, whose pages the tests write themselves."""
 
+import socket
+import ssl
 import threading
 from http.server import BaseHTTPRequestHandler, ThreadingHTTPServer
 from urllib.parse import parse_qs, urlsplit
@@ -9,15 +11,48 @@ from .waiting import wait_until
 PLAIN = "<!doctype html><title>{title}</title><body style='margin:0;background:{colour}'>{body}"
 
 
-class Site:
-    """Every request is noted. A path that no test has given a page answers with an empty page."""
+class Server(ThreadingHTTPServer):
+    daemon_threads = True
 
-    def __init__(self):
+    def __init__(self, address, port, handler):
+        self.address_family = socket.AF_INET6 if ":" in address else socket.AF_INET
+        super().__init__((address, port), handler)
+
+    def server_bind(self):
+        if self.address_family == socket.AF_INET6:
+            both = self.server_address[0] == "::"
+            self.socket.setsockopt(socket.IPPROTO_IPV6, socket.IPV6_V6ONLY, int(not both))
+        super().server_bind()
+
+    def handle_error(self, *_):
+        """A browser may hang up at any time."""
+
+
+class Site:
+    """Every request is noted. A path that no test has given a page answers with an empty page.
+
+    It listens at one address; at "::" on both families. It hangs up on a request that names a host in `deaf_to`.
+    """
+
+    def __init__(self, address="127.0.0.1", port=0, deaf_to=(), certificate=None):
         self.requests = []
+        self.deaf_to = deaf_to
         self._pages = {}
-        self._server = ThreadingHTTPServer(("127.0.0.1", 0), self._handler())
-        self._server.daemon_threads = True
+        self._answers = {}
+        self._server = Server(address, port, self._handler())
+        self._scheme = "http"
+        if certificate:
+            self._scheme = "https"
+            context = ssl.SSLContext(ssl.PROTOCOL_TLS_SERVER)
+            context.load_cert_chain(certificate)
+            self._server.socket = context.wrap_socket(self._server.socket, server_side=True)
         threading.Thread(target=self._server.serve_forever, args=(0.05,), daemon=True).start()
+
+    def __enter__(self):
+        return self
+
+    def __exit__(self, *_):
+        self.stop()
 
     def stop(self):
         self._server.shutdown()
@@ -27,13 +62,18 @@ class Site:
     def port(self):
         return self._server.server_address[1]
 
-    def url(self, path):
-        return f"http://127.0.0.1:{self.port}{path}"
+    def url(self, path, host="127.0.0.1"):
+        return f"{self._scheme}://{host}:{self.port}{path}"
 
     def page(self, path, colour, body="", headers=(), gate=None):
         """Puts a page of one colour there and returns its URL. It comes when the gate (an Event) is set."""
         html = PLAIN.format(title=path.strip("/"), colour=colour, body=body)
         self._pages[path] = (html.encode(), dict(headers), gate)
+        return self.url(path)
+
+    def answer(self, path, how):
+        """Lets a function, called with the request's handler, answer instead of a page. Returns the URL."""
+        self._answers[path] = how
         return self.url(path)
 
     def count(self, path):
@@ -55,7 +95,13 @@ class Site:
             protocol_version = "HTTP/1.1"
 
             def do_GET(self):
+                if self._named_host() in site.deaf_to:
+                    self.close_connection = True
+                    return
                 site.requests.append((self.path, dict(self.headers)))
+                if how := site._answers.get(urlsplit(self.path).path):
+                    self._let(how)
+                    return
                 body, headers, gate = site._pages.get(urlsplit(self.path).path, (b"", {}, None))
                 if gate is not None:
                     gate.wait(60)
@@ -72,7 +118,23 @@ class Site:
                 self.end_headers()
                 self.wfile.write(body)
 
+            def _named_host(self):
+                return urlsplit("//" + self.headers.get("Host", "")).hostname
+
+            def _let(self, how):
+                self.close_connection = True
+                try:
+                    how(self)
+                except OSError:
+                    pass  # the page was closed before it came
+
             def log_message(self, *_):
                 pass
 
         return Handler
+
+
+def free_port():
+    """Nothing listens there, at least for the moment, on either family."""
+    with socket.create_server(("::", 0), family=socket.AF_INET6, dualstack_ipv6=True) as trial:
+        return trial.getsockname()[1]

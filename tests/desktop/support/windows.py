@@ -142,6 +142,10 @@ class Window:
         name = self.handle.get_full_property(self.screen.atom("_NET_WM_NAME"), X.AnyPropertyType)
         return name.value.decode() if name else ""
 
+    def role(self):
+        role = self.handle.get_full_property(self.screen.atom("WM_WINDOW_ROLE"), Xatom.STRING)
+        return role.value.decode() if role else ""
+
     def states(self):
         found = self.handle.get_full_property(self.screen.atom("_NET_WM_STATE"), Xatom.ATOM)
         return {self.screen.x.get_atom_name(atom) for atom in (found.value if found else [])}
@@ -197,3 +201,14 @@ class Window:
 
     def picture(self):
         return self.screen.picture(self.frame())
+
+    def middle_of(self, colour, at_least=100):
+        """Of what has that colour, (red, green, blue), in root coordinates; None when there is too little of it."""
+        picture = self.picture()
+        pixels = picture.load()
+        found = [(x, y) for x in range(0, picture.width, 2) for y in range(0, picture.height, 2)
+                 if pixels[x, y] == colour]
+        if len(found) < at_least:
+            return None
+        frame = self.frame()
+        return frame.x + sum(x for x, _ in found) // len(found), frame.y + sum(y for _, y in found) // len(found)

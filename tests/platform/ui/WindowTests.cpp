@@ -202,8 +202,9 @@ TEST_F(WindowTest, TellsThePeerOfRealChangesOnly) {
     std::unique_ptr<WindowPeer> makePeer(Window&) override { return std::make_unique<CountingPeer>(changes); }
     [[nodiscard]] std::vector<Screen> screens() const override { return {}; }
     void activate() override {}
-    void showAlert(const Alert&, WeakPtr<Window>, AlertCompletion) override {}
-    void showOpenPanel(const OpenPanel&, WeakPtr<Window>, OpenPanelCompletion) override {}
+    SheetId showAlert(const Alert&, WeakPtr<Window>, AlertCompletion) override { return 0; }
+    SheetId showOpenPanel(const OpenPanel&, WeakPtr<Window>, OpenPanelCompletion) override { return 0; }
+    void dismissSheet(SheetId) override {}
     [[nodiscard]] bool prefersReducedMotion() const override { return false; }
     void beep() override {}
     void stop() override {}

@@ -1,0 +1,155 @@
+"""What pages ask the person: dialogs and files."""
+
+import pytest
+
+from support.waiting import wait_until
+
+COLOUR, OTHER = "#2060c0", "#208040"
+PLACE = ["--size", "600x500", "--top-left"]
+ASKS = """<script>
+onclick = async () => fetch("/answer?" + new URLSearchParams({{ is: String({question}) }}))
+</script>"""
+PROMPT = "prompt('Name?', 'Ada')"
+
+
+def opened(application, site, body, *arguments):
+    window = application.open(site.page("/page", COLOUR, body), *PLACE, *arguments)
+    window.wait_until_shows(COLOUR)
+    wait_until(window.has_focus, "the window has the keyboard")
+    return window
+
+
+def asked(application, site, question):
+    """A click on the page leads to the question, in a dialog that has the keyboard."""
+    window = opened(application, site, ASKS.format(question=question))
+    application.desktop.input.click(*window.centre())
+    return window, dialog_of(window)
+
+
+def dialog_of(window):
+    dialog = wait_until(lambda: window.screen.dialogs_of(window), "the page's question appears")[0]
+    wait_until(dialog.has_focus, "the question has the keyboard")
+    return dialog
+
+
+@pytest.mark.parametrize("question, text, key, answer", [
+    ("alert('x')", "", "Return", "undefined"),
+    ("alert('x')", "", "Escape", "undefined"),
+    ("confirm('x')", "", "Return", "true"),
+    ("confirm('x')", "", "Escape", "false"),
+    (PROMPT, "", "Return", "Ada"),
+    (PROMPT, "Grace H.", "Return", "Grace H."),
+    (PROMPT, "Grace", "Escape", "null"),
+], ids=lambda value: value or "-")
+def test_the_script_gets_the_answer(running, site, question, text, key, answer):
+    window, dialog = asked(running, site, question)
+    running.desktop.input.type(text)
+    running.desktop.input.press(key)
+    assert site.wait_for("/answer") == {"is": answer}
+    dialog.wait_until_gone()
+    wait_until(window.has_focus, "the page has the keyboard again")
+
+
+def test_a_question_holds_up_its_own_page_only(running, site):
+    ticks = "<script>setInterval(() => fetch('/tick'), 50)</script>"
+    other = running.open(site.page("/other", OTHER, ticks), "--size", "300x300", "--x", "900")
+    other.wait_until_shows(OTHER)
+    window, dialog = asked(running, site, "confirm('x')")
+    site.wait_for("/tick", times=site.count("/tick") + 5)
+    assert (site.count("/answer"), dialog.is_open()) == (0, True)
+    other.close(patience=5)
+    window.close(patience=5)
+    dialog.wait_until_gone()
+
+
+@pytest.mark.parametrize("page", [
+    "<script>while (true) alert('again')</script>",
+    "<script>onload = () => { while (true) confirm('again') }</script>",
+    "<body onload=\"for (;;) document.body.title = prompt('again', 'x'.repeat(99999))\">"])
+def test_a_page_that_asks_without_end_can_be_closed(running, site, page):
+    window = running.open(site.page("/page", COLOUR, page), *PLACE)
+    for _ in range(3):
+        dialog = dialog_of(window)
+        running.desktop.input.press("Return")
+        wait_until(lambda: window.screen.dialogs_of(window) != [dialog], "the next one comes")
+    dialog_of(window)
+    window.close(patience=5)
+    wait_until(lambda: running.windows() == [] and window.screen.dialogs_of(window) == [], "its question goes as well")
+
+
+def test_a_question_that_comes_by_itself_goes_with_its_window(running, site):
+    window = running.open(site.page("/page", COLOUR, "<script>setTimeout(() => alert('x'), 50)</script>"), *PLACE)
+    dialog = dialog_of(window)
+    window.close(patience=5)
+    dialog.wait_until_gone()
+
+
+def test_nothing_is_left_of_it_when_the_person_stays(running, site):
+    asks = "<script>onbeforeunload = event => { event.preventDefault(); return 'x' }; onclick = () => alert('x')</script>"
+    window = opened(running, site, asks)
+    running.desktop.input.click(*window.centre())
+    first = dialog_of(window)
+    window.ask_to_close()
+    first.wait_until_gone()
+    second = dialog_of(window)
+    running.desktop.input.press("Escape")
+    second.wait_until_gone()
+    wait_until(window.has_focus, "the page has the keyboard again")
+    assert (window.screen.dialogs_of(window), window.shows(COLOUR)) == ([], True)
+    window.ask_to_close()
+    dialog_of(window)
+    running.desktop.input.press("Return")
+    window.wait_until_gone()
+
+
+FILES = """<input type=file id=files style='position:fixed;inset:0;opacity:0;width:100%;height:100%'>
+<script>
+const names = () => [...files.files].map(file => file.name).sort()
+files.onchange = async () => fetch("/chosen?" + new URLSearchParams({{
+  names: names(), text: await files.files[0].text() }}))
+files.oncancel = () => fetch("/cancelled")
+onkeydown = () => fetch("/now?names=-" + names())
+</script>"""
+
+
+@pytest.fixture
+def folder(running):
+    made = running.home / "to-choose"
+    made.mkdir(exist_ok=True)
+    (made / "one.txt").write_text("text of one.txt")
+    return made
+
+
+def asks_for_files(application, site):
+    window = opened(application, site, FILES.format())
+    application.desktop.input.click(*window.centre())
+    return window, dialog_of(window)
+
+
+def type_path(keyboard, panel, path):
+    """The first slash brings up the field for it."""
+    before = panel.picture().tobytes()
+    keyboard.type("/")
+    wait_until(lambda: panel.picture().tobytes() != before, "the field for a path appears")
+    keyboard.type(str(path)[1:])
+    keyboard.press("Return")
+
+
+def test_one_file(running, site, folder):
+    _, panel = asks_for_files(running, site)
+    type_path(running.desktop.input, panel, folder / "one.txt")
+    assert site.wait_for("/chosen") == {"names": "one.txt", "text": "text of one.txt"}
+    panel.wait_until_gone()
+
+
+def test_no_file(running, site):
+    window, panel = asks_for_files(running, site)
+    running.desktop.input.press("Escape")
+    panel.wait_until_gone()
+    wait_until(window.has_focus, "the page has the keyboard again")
+    running.desktop.input.press("v")
+    assert site.wait_for("/now") == {"names": "-"}
+    assert site.count("/chosen") == 0
+    running.desktop.input.click(*window.centre())
+    dialog_of(window)
+    window.close(patience=5)
