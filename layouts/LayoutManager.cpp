@@ -111,14 +111,14 @@ std::size_t LayoutManager::copiesOpen(const Layout& layout) const {
 
 Layout LayoutManager::save(const std::string& name, WallTime date) {
   const auto displays = currentDisplays(platform_.application);
-  const Layout layout = newLayout(name, capturedWindows(platform_.application, displays), date);
+  Layout layout = newLayout(name, capturedWindows(platform_.application, displays), date);
   store(layout);
   return layout;
 }
 
 Layout LayoutManager::update(const Layout& layout, WallTime date) {
   const auto displays = currentDisplays(platform_.application);
-  const Layout recaptured = updated(layout, capturedWindows(platform_.application, displays), displays, date);
+  Layout recaptured = updated(layout, capturedWindows(platform_.application, displays), displays, date);
   store(recaptured);
   return recaptured;
 }

@@ -40,9 +40,9 @@ struct MemberPointer<ValueType OwnerType::*> {
 };
 
 template <class>
-constexpr bool kIsOptional = false;
+inline constexpr bool kIsOptional = false;
 template <class Value>
-constexpr bool kIsOptional<std::optional<Value>> = true;
+inline constexpr bool kIsOptional<std::optional<Value>> = true;
 
 template <std::size_t count>
 constexpr std::array<std::uint8_t, count> sortedByKey(const std::array<JsonField, count>& fields) {

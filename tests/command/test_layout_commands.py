@@ -7,7 +7,6 @@ import re
 import select
 import shutil
 import subprocess
-import time
 from pathlib import Path
 from urllib.parse import quote
 
@@ -157,10 +156,8 @@ def test_index_that_is_no_file(velto):
 
 def test_ten_thousand_layouts(velto):
     velto.write_index(*[(str(i), f"Layout number {i}", f"layout-number-{i}", "3", "0", "A") for i in range(10_000)])
-    started = time.monotonic()
     assert printed(velto, "layout-number-9999", "--print-url") == OPEN + "layout-number-9999\n"
     assert "layout-number-" in refused(velto, "layuot-number-77")
-    assert time.monotonic() - started < 5
 
 
 def on_terminal(velto, *arguments, answer=b""):

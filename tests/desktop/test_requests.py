@@ -52,7 +52,6 @@ USELESS = [
     "velto://open?player=youtube&v=short&url={page}",
     "velto://history",
     "velto://import-safari?sync=true",
-    "velto://layout?url={page}",
     "ftp://{address}",
     "{address}",
     "no url",
