@@ -193,15 +193,11 @@ def test_the_zoom_is_shown_for_a_while(running, site, pointer):
     wait_until(lambda: not badge(window), "and goes", 5)
 
 
-def toasts(desktop):
-    return [window for window in desktop.screen.windows() if window.role() == "velto-toast"]
-
-
 def test_a_toast(running, site, desktop, pointer):
     """It lies above for a moment, and takes neither the keyboard nor the pointer."""
     page = site.page("/page", COLOUR, CLICKS)
     running.succeed("velto-open", launch_url(page, incognito="true", cookieTicket="expired", y="0", height="400"))
-    toast = wait_until(lambda: toasts(desktop), "the toast appears")[0]
+    toast = wait_until(lambda: desktop.screen.toasts(), "the toast appears")[0]
     window = wait_until(lambda: [w for w in running.windows() if w != toast], "the page's window appears")[0]
     window.wait_until_shows(COLOUR)
     frame = toast.frame()

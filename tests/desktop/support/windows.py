@@ -31,6 +31,10 @@ class Screen:
         """The application's windows that are on the screen, without its dialogs and passing messages."""
         return [found for found, owner in self._ours() if owner is None and found.has_kind("NORMAL")]
 
+    def toasts(self):
+        """The passing messages."""
+        return [found for found, _ in self._ours() if found.has_kind("NOTIFICATION")]
+
     def alerts(self, program=PROGRAM):
         """A program's dialogs that belong to none of its windows."""
         return [found for found, owner in self._ours(program) if owner is None and found.has_kind("DIALOG")]
@@ -197,7 +201,7 @@ class Window:
         wait_until(lambda: self.shows(colour), lambda: f"{self} shows {colour}")
 
     def wait_for_frame(self, *expected):
-        wait_until(lambda: self.frame() == expected, lambda: f"{self} has the frame {expected}", 5)
+        wait_until(lambda: self.frame() == expected, lambda: f"{self} has the frame {expected}")
 
     def picture(self):
         return self.screen.picture(self.frame())
