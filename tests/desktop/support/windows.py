@@ -146,10 +146,6 @@ class Window:
         name = self.handle.get_full_property(self.screen.atom("_NET_WM_NAME"), X.AnyPropertyType)
         return name.value.decode() if name else ""
 
-    def role(self):
-        role = self.handle.get_full_property(self.screen.atom("WM_WINDOW_ROLE"), Xatom.STRING)
-        return role.value.decode() if role else ""
-
     def states(self):
         found = self.handle.get_full_property(self.screen.atom("_NET_WM_STATE"), Xatom.ATOM)
         return {self.screen.x.get_atom_name(atom) for atom in (found.value if found else [])}
