@@ -72,9 +72,11 @@ std::string displayKey(const Screen& screen) {
   return displayKey({screen.vendor, screen.model, screen.serial}, screen.name, screen.frame.size);
 }
 
-Displays currentDisplays(const Application& application) {
+Displays currentDisplays(const Application& application) { return displaysOf(application.screens()); }
+
+Displays displaysOf(const std::vector<Screen>& screens) {
   Displays displays;
-  for (const Screen& screen : application.screens()) displays.push_back(displayOf(screen, displays.empty()));
+  for (const Screen& screen : screens) displays.push_back(displayOf(screen, displays.empty()));
   return numberedDisplays(std::move(displays));
 }
 
@@ -92,7 +94,11 @@ std::optional<WindowSnapshot> snapshot(const Window& window, const Displays& dis
 }
 
 std::vector<WindowSnapshot> snapshots(const Application& application, const Displays& displays) {
-  const std::vector<Screen> screens = application.screens();
+  return snapshotsOn(application.screens(), application, displays);
+}
+
+std::vector<WindowSnapshot> snapshotsOn(const std::vector<Screen>& screens, const Application& application,
+                                        const Displays& displays) {
   std::vector<WindowSnapshot> taken;
   for (const HovrelPanel* panel : openPanels(application)) {
     if (auto one = snapshotOn(screens, *panel, displays)) taken.push_back(std::move(*one));

@@ -17,6 +17,7 @@ std::string displayKey(const Screen& screen);
 
 /// The main display first, then from left to right. Empty while none is connected.
 std::vector<LayoutDisplaySnapshot> currentDisplays(const Application& application);
+std::vector<LayoutDisplaySnapshot> displaysOf(const std::vector<Screen>& screens);
 
 /// The windows with a page, oldest first, private ones too.
 std::vector<HovrelPanel*> openPanels(const Application& application);
@@ -29,5 +30,8 @@ std::optional<WindowSnapshot> snapshot(const Window& window,
 /// Of the open windows that are captured, oldest first. Asks the desktop for its screens once.
 std::vector<WindowSnapshot> snapshots(const Application& application,
                                       const std::vector<LayoutDisplaySnapshot>& displays);
+/// The same on screens that may be gone by now.
+std::vector<WindowSnapshot> snapshotsOn(const std::vector<Screen>& screens, const Application& application,
+                                        const std::vector<LayoutDisplaySnapshot>& displays);
 
 }  // namespace velto

@@ -52,6 +52,7 @@ bool SessionRecorder::isRecording() const {
 void SessionRecorder::scheduleSessionRecording() {
   if (!isRecording()) return;
   emptyIsReal_ = emptyIsReal_ || anyOrdinaryWindow();
+  if (auto screens = platform_.application.screens(); !screens.empty()) screensOfChange_ = std::move(screens);
   sessionRecordingWorkItem_.cancel();
   sessionRecordingWorkItem_ =
       platform_.mainQueue.after(kRecordingDelay, [self = WeakPtr<SessionRecorder>(*this)] {
@@ -78,14 +79,14 @@ bool SessionRecorder::anyOrdinaryWindow() const {
   return std::any_of(panels.begin(), panels.end(), [](const auto* panel) { return !panel->isPrivate; });
 }
 
-std::optional<VeltoSession> SessionRecorder::currentSession(
-    const std::vector<LayoutDisplaySnapshot>& displays) const {
-  if (displays.empty() || waitingSession_) return std::nullopt;
+std::optional<VeltoSession> SessionRecorder::currentSession(const std::vector<Screen>& screens) const {
+  if (screens.empty() || waitingSession_) return std::nullopt;
+  const auto displays = displaysOf(screens);
   VeltoSession session;
   session.savedAt = platform_.clock.now();
   session.layoutID = manager_.currentLayoutID();
   for (const auto& display : displays) session.displays.push_back(layoutDisplay(display));
-  for (const auto& window : snapshots(platform_.application, displays)) {
+  for (const auto& window : snapshotsOn(screens, platform_.application, displays)) {
     session.windows.push_back(layoutWindow(window, session.savedAt));
   }
   const bool mayReplace = !session.windows.empty() || (emptyIsReal_ && !anyOrdinaryWindow());
@@ -93,7 +94,9 @@ std::optional<VeltoSession> SessionRecorder::currentSession(
 }
 
 void SessionRecorder::record() {
-  const auto session = currentSession(currentDisplays(platform_.application));
+  auto screens = platform_.application.screens();
+  const auto screensOfChange = std::exchange(screensOfChange_, {});
+  const auto session = currentSession(screens.empty() ? screensOfChange : screens);
   try {
     if (session) writer_.write(encodeJson(*session));
   } catch (const JsonError&) {

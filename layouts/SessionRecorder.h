@@ -23,9 +23,10 @@ namespace velto {
 /// - The last ordinary window was closed: none is open, but one was in this run of the application. A run
 ///   that never had one, or only private ones, leaves the record alone.
 /// - Or recording was just turned on for what is there now.
-/// Nothing at all is recorded while no display is connected, since then no window has a place, nor while a
-/// session waits for a display to be reopened on. Displays that come back find the windows wherever the
-/// window manager put them meanwhile, so it takes a further change until they are recorded.
+/// While no display is connected no window has a place, and only what changed before is recorded, on the
+/// displays of then. Nothing at all is recorded while a session waits for a display to be reopened on.
+/// Displays that come back find the windows wherever the window manager put them meanwhile, so it takes a
+/// further change until they are recorded.
 ///
 /// Main thread only.
 class SessionRecorder : public Sessions, public Weakable {
@@ -47,8 +48,7 @@ class SessionRecorder : public Sessions, public Weakable {
  private:
   [[nodiscard]] bool isRecording() const;
   /// Nothing when what is open now must not replace the record.
-  [[nodiscard]] std::optional<VeltoSession> currentSession(
-      const std::vector<LayoutDisplaySnapshot>& displays) const;
+  [[nodiscard]] std::optional<VeltoSession> currentSession(const std::vector<Screen>& screens) const;
   void record();
   void restoreWhenPossible();
   [[nodiscard]] bool anyOrdinaryWindow() const;
@@ -62,6 +62,8 @@ class SessionRecorder : public Sessions, public Weakable {
   bool isSessionRecordingSuspended_ = false;
   /// A record without windows would be what the person wants.
   bool emptyIsReal_ = false;
+  /// Those of the last change that is not recorded yet; none when every change is.
+  std::vector<Screen> screensOfChange_;
   /// Waits for a display.
   std::optional<VeltoSession> waitingSession_;
 };

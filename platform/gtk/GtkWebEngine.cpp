@@ -23,7 +23,8 @@ GtkWebEngine::GtkWebEngine(const Clock& clock, MainQueue& queue, const Environme
       environment_(environment),
       ownSchemes_(std::move(ownSchemes)),
       mainFrameScripts_(MainFrameProof::Scripts::read(environment.resourcesDirectory)),
-      spare_(queue, [this] { return defaultStore()->makeEngineView(); }) {
+      spare_(queue, [this] { return defaultStore()->makeEngineView(); }),
+      firstLoads_(queue) {
   spare_.prepareAfter(kRest);
 }
 
@@ -44,7 +45,10 @@ std::shared_ptr<DataStore> GtkWebEngine::makeNonPersistentDataStore() {
   return GtkDataStore::makeNonPersistent(ownSchemes_);
 }
 
-void GtkWebEngine::pageCameToRest() { spare_.prepareAfter(kRest); }
+void GtkWebEngine::pageCameToRest() {
+  spare_.prepareAfter(kRest);
+  firstLoads_.pageCameToRest();
+}
 
 const std::shared_ptr<GtkDataStore>& GtkWebEngine::defaultStore() {
   if (!defaultStore_) defaultStore_ = GtkDataStore::makePersistent(environment_, ownSchemes_);

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "platform/foundation/Environment.h"
+#include "platform/gtk/FirstLoads.h"
 #include "platform/gtk/GtkDataStore.h"
 #include "platform/gtk/MainFrameProof.h"
 #include "platform/gtk/SpareWebView.h"
@@ -37,6 +38,7 @@ class GtkWebEngine final : public WebEngine {
   [[nodiscard]] MainQueue& queue() const { return queue_; }
   [[nodiscard]] Navigation nextNavigation() { return {++lastNavigation_}; }
   [[nodiscard]] const MainFrameProof::Scripts& mainFrameScripts() const { return mainFrameScripts_; }
+  [[nodiscard]] FirstLoads& firstLoads() { return firstLoads_; }
   /// A page is complete, or will not be.
   void pageCameToRest();
   /// @}
@@ -53,6 +55,7 @@ class GtkWebEngine final : public WebEngine {
   std::shared_ptr<GtkDataStore> defaultStore_;
   std::uint64_t lastNavigation_ = 0;
   SpareWebView spare_;
+  FirstLoads firstLoads_;
 };
 
 }  // namespace velto

@@ -41,7 +41,9 @@ class GtkWebView final : public WebView, public NativeWidgetView {
 
   [[nodiscard]] std::optional<Url> url() const override;
   [[nodiscard]] std::string title() const override;
-  [[nodiscard]] bool isLoading() const override { return webkit_web_view_is_loading(view_.get()) != FALSE; }
+  [[nodiscard]] bool isLoading() const override {
+    return navigations_.isWaiting() || webkit_web_view_is_loading(view_.get()) != FALSE;
+  }
   [[nodiscard]] bool canGoBack() const override { return webkit_web_view_can_go_back(view_.get()) != FALSE; }
   [[nodiscard]] bool canGoForward() const override {
     return webkit_web_view_can_go_forward(view_.get()) != FALSE;

@@ -95,10 +95,25 @@ Navigation NavigationReporter::request(NavigationTracker::Kind kind, const std::
 void NavigationReporter::ask(std::function<void()> engineCall) {
   if (navigations_.isErrorPageOnItsWay()) {
     askedLater_ = std::move(engineCall);
-  } else {
-    engineCall();
-    navigations_.asked();
+    return;
   }
+  if (std::exchange(wasAsked_, true)) {
+    askNow(engineCall);
+    return;
+  }
+  askedLater_ = std::move(engineCall);
+  const bool hasProcess = !textOf(webkit_web_view_get_uri(view_)).empty();
+  engine_.firstLoads().begin(hasProcess, [self = WeakPtr<NavigationReporter>(*this)] {
+    if (!self || !self->askedLater_) return false;
+    self->askNow(std::exchange(self->askedLater_, nullptr));
+    return true;
+  });
+}
+
+void NavigationReporter::askNow(const std::function<void()>& engineCall) {
+  askedLater_ = nullptr;
+  engineCall();
+  navigations_.asked();
 }
 
 void NavigationReporter::limit(Navigation navigation, double seconds, const std::optional<Url>& url) {
@@ -195,7 +210,9 @@ void NavigationReporter::reportFinished(Navigation navigation) {
 }
 
 std::string NavigationReporter::uri() const {
-  return tellsOfCommitted_ ? committedUri_ : textOf(webkit_web_view_get_uri(view_));
+  if (tellsOfCommitted_) return committedUri_;
+  std::string uri = textOf(webkit_web_view_get_uri(view_));
+  return uri.empty() ? navigations_.requestedUri() : uri;
 }
 
 /// True keeps the engine from showing a page of its own about the failure.

@@ -34,8 +34,9 @@ class NavigationReporter final : public Weakable {
   /// Numbers what the engine will be asked next. A request that has not started yet fails as cancelled,
   /// later.
   Navigation request(NavigationTracker::Kind kind, const std::string& uri);
-  /// Asks the engine for it. While the engine's error page is on its way it would lose what it is asked, so
-  /// that is asked afterwards; a later one takes its place.
+  /// Asks the engine for it: the first time when it is this view's turn to start a process. While the
+  /// engine's error page is on its way it would lose what it is asked, so that is asked afterwards. A later
+  /// one takes the place of one that waits.
   void ask(std::function<void()> engineCall);
   /// Fails the navigation, in whatever state it is, when its page has not begun after `seconds`. Without it
   /// a navigation has the default time from its start.
@@ -47,11 +48,14 @@ class NavigationReporter final : public Weakable {
   [[nodiscard]] bool staysInDocument(const std::string& uri) const;
   /// The address of what is shown or on its way; while a page is told to have finished, that of this page.
   [[nodiscard]] std::string uri() const;
+  /// Whether the engine has not been asked yet for what was requested.
+  [[nodiscard]] bool isWaiting() const { return askedLater_ && navigations_.hasRequest(); }
   [[nodiscard]] bool isResponsive() const { return responsive_ && !processGone_; }
   /// The page that a request of an own scheme is for.
   [[nodiscard]] std::optional<Url> documentThatAsksFor(const std::string& uri) const;
 
  private:
+  void askNow(const std::function<void()>& engineCall);
   void connectSignals();
   void loadChanged(WebKitLoadEvent event);
   void loadStarted();
@@ -93,6 +97,8 @@ class NavigationReporter final : public Weakable {
   bool nextPageBegan_ = false;
   bool tellsOfCommitted_ = false;
   bool processGone_ = false;
+  /// It has been asked for a page, so that it has a process or will have one.
+  bool wasAsked_ = false;
   bool responsive_ = true;
   std::vector<SignalConnection> connections_;
 };

@@ -30,6 +30,8 @@ class NavigationTracker {
   /// Calls off a request that has not started.
   std::optional<Attempt> withdraw();
   [[nodiscard]] bool hasRequest() const { return requested_.has_value(); }
+  /// Empty without a request.
+  [[nodiscard]] std::string requestedUri() const { return requested_ ? requested_->uri : std::string(); }
 
   /// The engine has been asked for it.
   void asked();

@@ -23,6 +23,41 @@ TEST_F(WebViewContract, tellsALoadInOrderAndNeverFromWithinTheCall) {
   EXPECT_FALSE(webView->canGoBack());
 }
 
+/// An engine may let the processes of many pages start one after the other.
+TEST_F(WebViewContract, loadsManyPagesThatWereAskedForAtOnce) {
+  struct Page {
+    std::unique_ptr<WebView> view;
+    PageRecorder recorder;
+  };
+  const Url url = site.add("/a", {.title = "First"});
+  const Url other = site.add("/b", {.title = "Second"});
+  std::vector<Page> pages(6);
+  for (Page& page : pages) {
+    page.view = contract.platform().webEngine.makeWebView(kFrame, {});
+    page.view->setNavigationDelegate(static_cast<NavigationDelegate*>(&page.recorder));
+    page.view->load({url});
+    EXPECT_EQ(page.view->url(), url);
+    EXPECT_TRUE(page.view->isLoading());
+  }
+  WebView& changed = *pages[3].view;
+  WebView& stopped = *pages[4].view;
+  changed.load({other});
+  EXPECT_EQ(changed.url(), other);
+  stopped.stopLoading();
+  EXPECT_FALSE(stopped.isLoading());
+  pages[5].view.reset();
+
+  ASSERT_TRUE(contract.runUntil([&] {
+    return std::none_of(pages.begin(), pages.begin() + 4, [](const Page& page) {
+      return page.view->isLoading() || page.view->title().empty();
+    });
+  }));
+  for (const int number : {0, 1, 2})
+    EXPECT_EQ(pages[static_cast<std::size_t>(number)].view->title(), "First");
+  EXPECT_EQ(changed.title(), "Second");
+  EXPECT_EQ(stopped.title(), "");
+}
+
 TEST_F(WebViewContract, knowsTheTitleWhenTheLoadFinishes) {
   std::vector<std::string> titles;
   recorder.onEvent = [&](WebView& view, const std::string& event) {

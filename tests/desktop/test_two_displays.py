@@ -4,6 +4,7 @@ import pytest
 
 from support.application import Application
 from support.desktop import TwoDisplays
+from support.layouts import arrangement, read_json, session_file
 from support.waiting import wait_until
 
 COLOUR = "#2060c0"
@@ -88,3 +89,19 @@ def test_displays_change_again_and_again(displays, beside, page):
     last.wait_until_shows(COLOUR)
     assert window.is_open()
     assert beside.pid() == pid
+
+
+def test_no_display_at_all_loses_no_window(displays, beside, site):
+    displays.arrange()
+    for title in ("first", "second"):
+        beside.open(site.page(f"/{title}", COLOUR), *SIZE).wait_until_shows(COLOUR)
+    displays.unplug("DUMMY0")
+    displays.unplug("DUMMY1")
+    beside.end()
+    session = read_json(session_file(beside))
+    assert sorted(window["title"] for window in session["windows"]) == ["first", "second"]
+
+    displays.arrange()
+    beside.succeed("velto")
+    wait_until(lambda: sorted(arrangement(beside)) == ["first", "second"], lambda: f"two of {arrangement(beside)}")
+    wait_until(lambda: all(reachable(window, 2304, 1024) for window in beside.windows()), "both can be reached")

@@ -99,7 +99,12 @@ TEST(SessionRecorder, ReplacesARecordByAnEmptyOneOnlyWhenThePersonClosedEverythi
        },
        {}},
       {"open, but without a page", [](LayoutsApplication& app) { app.show(kB).webView = nullptr; }, {kA}},
-      {"the displays are gone", [](LayoutsApplication& app) { app.show(kB), app.setScreens({}); }, {kA}},
+      {"the displays go right after a change",
+       [](LayoutsApplication& app) { app.show(kB), app.setScreens({}); },
+       {kB}},
+      {"a change while the displays are gone",
+       [](LayoutsApplication& app) { app.setScreens({}), app.show(kB); },
+       {kA}},
       {"the displays were gone for a moment",
        [](LayoutsApplication& app) {
          app.show(kB);
@@ -109,7 +114,7 @@ TEST(SessionRecorder, ReplacesARecordByAnEmptyOneOnlyWhenThePersonClosedEverythi
          app.headless.advance(2);
          app.setScreens({});
        },
-       {kA}},
+       {kB}},
       {"a change after the displays were gone",
        [](LayoutsApplication& app) {
          app.setScreens({});
