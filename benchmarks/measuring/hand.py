@@ -7,6 +7,7 @@ from Xlib.ext import xtest
 
 from .desk import NotMeasured
 
+MIDDLE = 300  # where a window is about in the middle of the screen
 PATIENCE = 10  # seconds
 EDGE = 5  # points from the window's upper edge: there a press takes hold of the window
 
@@ -26,12 +27,13 @@ class Hand:
         milliseconds from the last one until the window stands where the pointer left it.
         """
         left, top = self._place(window)
+        towards = 1 if left < MIDDLE else -1  # however often it is dragged, it stays on the screen
         start_x, start_y = left + 200, top + EDGE
         self._move(start_x, start_y)
         xtest.fake_input(self._display, X.ButtonPress, 1)
         self._display.sync()
         for step in range(1, moves + 1):
-            dx, dy = step % 300, step % 200
+            dx, dy = towards * (step % 300), step % 200
             self._move(start_x + dx, start_y + dy)
         self._display.sync()
         moved = time.monotonic()
