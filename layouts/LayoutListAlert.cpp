@@ -13,6 +13,7 @@ namespace {
 /// As many as an alert shows without cutting them off; files that cannot be read come first to them.
 constexpr std::size_t kMostLines = 15;
 constexpr std::size_t kMostFileLines = 5;
+constexpr std::size_t kLongestName = 60;
 constexpr const char* kNone =
     "There are no layouts yet. Arrange some windows, then run `velto layouts save NAME`.";
 
@@ -21,8 +22,8 @@ std::string linesFor(const std::vector<Layout>& layouts, std::size_t limit) {
   const auto slugs = slugsOf(layouts);
   std::string lines;
   for (std::size_t i = 0; i < layouts.size() && i < limit; ++i) {
-    lines +=
-        layouts[i].name + " (" + countedWindows(layouts[i].windows.size()) + "): velto " + slugs[i] + "\n";
+    lines += shortened(layouts[i].name, kLongestName) + " (" + countedWindows(layouts[i].windows.size()) +
+             "): velto " + slugs[i] + "\n";
   }
   if (layouts.size() > limit) {
     lines += "and " + std::to_string(layouts.size() - limit) +

@@ -2,6 +2,7 @@
 
 #include <set>
 
+#include "platform/foundation/Characters.h"
 #include "platform/foundation/Text.h"
 
 namespace velto {
@@ -13,7 +14,20 @@ std::set<std::string> lowercasedNames(const std::vector<std::string>& names) {
   return all;
 }
 
+std::string_view withoutTrailingBlanks(std::string_view text) {
+  const std::string_view trimmed = trimWhitespaceAndNewlines(text);
+  const auto leading = static_cast<std::size_t>(trimmed.data() - text.data());
+  return trimmed.empty() ? trimmed : text.substr(0, leading + trimmed.size());
+}
+
 }  // namespace
+
+std::string shortened(const std::string& name, std::size_t longest) {
+  const auto all = characters(name);
+  if (all.size() <= longest) return name;
+  const auto end = static_cast<std::size_t>(all[longest - 1].data() - name.data());
+  return std::string(withoutTrailingBlanks(std::string_view(name).substr(0, end))) + "…";
+}
 
 std::string uniqueName(const std::string& base, const std::vector<std::string>& existing) {
   const auto taken = lowercasedNames(existing);

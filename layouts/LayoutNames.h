@@ -22,6 +22,9 @@ std::optional<std::string> saveWarning(std::string_view name, std::size_t window
 /// What the person is told about pages that are files of this computer; absent when there are none.
 std::optional<std::string> localFileNotice(const std::vector<WindowSnapshot>& windows);
 
+/// The name, or its beginning with "…" in the place of the last of so many characters.
+std::string shortened(const std::string& name, std::size_t longest);
+
 /// "1 window", "2 windows".
 std::string countedWindows(std::size_t count);
 

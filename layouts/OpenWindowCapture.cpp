@@ -47,6 +47,11 @@ std::string titleOf(const HovrelPanel& panel, const Url& url) {
   return host && !host->empty() ? *host : url.absoluteString();
 }
 
+/// A page that is still on its way will be scrolled there.
+std::optional<LayoutScroll> scrollOf(const HovrelPanel& panel) {
+  return panel.pendingScrollRestore ? panel.pendingScrollRestore : panel.lastKnownScroll;
+}
+
 std::optional<WindowSnapshot> snapshotOn(const std::vector<Screen>& screens, const Window& window,
                                          const Displays& displays) {
   const auto* panel = dynamic_cast<const HovrelPanel*>(&window);
@@ -62,7 +67,7 @@ std::optional<WindowSnapshot> snapshotOn(const std::vector<Screen>& screens, con
                         .zoom = panel->webView->pageZoom(),
                         .chromeless = panel->controlBarView && panel->controlBarView->controlsCollapsed(),
                         .pinned = panel->isPinned,
-                        .scroll = panel->lastKnownScroll,
+                        .scroll = scrollOf(*panel),
                         .noFocus = panel->isNonactivating()};
 }
 

@@ -60,6 +60,11 @@ void SessionRecorder::scheduleSessionRecording() {
       });
 }
 
+void SessionRecorder::pageChanged() {
+  // A page that loads itself anew for ever must not keep anything from being recorded.
+  if (!sessionRecordingWorkItem_.isPending()) scheduleSessionRecording();
+}
+
 void SessionRecorder::recordSessionNow() {
   if (!isRecording()) return;
   sessionRecordingWorkItem_.cancel();

@@ -34,6 +34,7 @@ class SessionRecorder : public Sessions, public Weakable {
   SessionRecorder(const Platform& platform, LayoutManager& manager, Toasts& toasts);
 
   void scheduleSessionRecording() override;
+  void pageChanged() override;
   void recordSessionNow();
   std::unique_ptr<RecordedSession> load() override;
   void finishRecording() override;

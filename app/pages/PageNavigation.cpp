@@ -35,13 +35,14 @@ std::string printedForm(const WebError& error) {
 
 PageNavigation::PageNavigation(const Platform& platform, OpenWindows& windows, PageQuestions& questions,
                                WindowLife& windowLife, PageContent& content, VisitRecording& visits,
-                               DebugLog& log)
+                               SessionRecording& session, DebugLog& log)
     : environment_(platform.environment),
       windows_(windows),
       questions_(questions),
       windowLife_(windowLife),
       content_(content),
       visits_(visits),
+      session_(session),
       log_(log),
       failurePresenter_(platform.files, platform.clock, platform.environment),
       scrollRestoration_(windows, platform.mainQueue) {}
@@ -94,6 +95,7 @@ void PageNavigation::pageArrived(HovrelPanel& panel, WebView& webView, const Url
     // A window without any title could not be told from others where the desktop lists them.
     panel.setTitle(title.empty() ? url.host().value_or(url.absoluteString()) : title);
   }
+  session_.pageChanged();
   scrollRestoration_.pageLoaded(webView);
   if (panel.controlBarView) panel.controlBarView->setPageAddress(url);
 }

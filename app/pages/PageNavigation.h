@@ -9,6 +9,7 @@
 #include "app/pages/ScrollRestoration.h"
 #include "app/windows/OpenWindows.h"
 #include "app/windows/PageQuestions.h"
+#include "app/windows/SessionRecording.h"
 #include "app/windows/WindowLife.h"
 #include "browsing/VisitRecording.h"
 #include "platform/Platform.h"
@@ -20,7 +21,8 @@ namespace velto {
 class PageNavigation : public NavigationDelegate {
  public:
   PageNavigation(const Platform& platform, OpenWindows& windows, PageQuestions& questions,
-                 WindowLife& windowLife, PageContent& content, VisitRecording& visits, DebugLog& log);
+                 WindowLife& windowLife, PageContent& content, VisitRecording& visits,
+                 SessionRecording& session, DebugLog& log);
 
   void didStartProvisionalNavigation(WebView& webView, Navigation navigation) override;
   void didCommitNavigation(WebView& webView, Navigation navigation) override;
@@ -46,6 +48,7 @@ class PageNavigation : public NavigationDelegate {
   WindowLife& windowLife_;
   PageContent& content_;
   VisitRecording& visits_;
+  SessionRecording& session_;
   DebugLog& log_;
   FailurePresenter failurePresenter_;
   ScrollRestoration scrollRestoration_;

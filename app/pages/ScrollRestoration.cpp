@@ -89,6 +89,8 @@ void ScrollRestoration::measured(Pass pass, const std::optional<JsonValue>& repl
   if (panel == nullptr) return;
   const auto positions = positionsFrom(reply);
   if (!positions) return end(*panel);
+  // The page itself tells it only later.
+  panel->lastKnownScroll = positions->after;
   const auto& seen = panel->lastScrollRestoreObservation;
   const bool movedByOthers = seen && !isNear(positions->before, *seen);
   if (movedByOthers || isNear(positions->after, pass.target) || pass.number == kDelays.size()) {

@@ -22,15 +22,19 @@ void FirstLoads::begin(bool hasProcess, Load load) {
 }
 
 void FirstLoads::pageCameToRest() {
-  if (!deadline_.isPending()) return;
-  deadline_.cancel();
-  deadline_ = queue_.after(kPainting, [this] { next(); });
+  if (!deadline_.isPending() || isEnding_) return;
+  endTurnAfter(kPainting);
+  isEnding_ = true;
 }
 
 void FirstLoads::take(Load load) {
-  if (!load()) return;
+  if (load()) endTurnAfter(kLongestTurn);
+}
+
+void FirstLoads::endTurnAfter(double seconds) {
+  isEnding_ = false;
   deadline_.cancel();
-  deadline_ = queue_.after(kLongestTurn, [this] { next(); });
+  deadline_ = queue_.after(seconds, [this] { next(); });
 }
 
 void FirstLoads::next() {

@@ -29,11 +29,14 @@ class FirstLoads {
  private:
   void take(Load load);
   void next();
+  void endTurnAfter(double seconds);
 
   MainQueue& queue_;
   std::deque<Load> waiting_;
   /// Pending while somebody has the turn.
   WorkItem deadline_;
+  /// The turn is about to end, whatever else comes to rest.
+  bool isEnding_ = false;
 };
 
 }  // namespace velto

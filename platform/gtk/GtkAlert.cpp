@@ -11,6 +11,9 @@ namespace {
 
 constexpr glong kMostCharacters = 2000;
 constexpr int kMostLines = 25;
+/// In characters of average width.
+constexpr int kLineWidth = 60;
+constexpr int kButtonWidth = 40;
 constexpr int kLeastFieldWidth = 200;
 constexpr int kLeastFieldHeight = 24;
 
@@ -23,6 +26,20 @@ GtkWidget* makeDialog(const Alert& alert) {
                                              textForAlert(alert.informativeText).c_str());
   }
   return dialog;
+}
+
+/// However long its words are, a text stays on the screen.
+void wrapAnywhere(GtkWidget* widget, gpointer) {
+  if (GTK_IS_LABEL(widget) == FALSE) return;
+  gtk_label_set_line_wrap_mode(GTK_LABEL(widget), PANGO_WRAP_WORD_CHAR);
+  gtk_label_set_max_width_chars(GTK_LABEL(widget), kLineWidth);
+}
+
+void shorten(GtkWidget* button) {
+  GtkWidget* const label = gtk_bin_get_child(GTK_BIN(button));
+  if (GTK_IS_LABEL(label) == FALSE) return;
+  gtk_label_set_ellipsize(GTK_LABEL(label), PANGO_ELLIPSIZE_END);
+  gtk_label_set_max_width_chars(GTK_LABEL(label), kButtonWidth);
 }
 
 }  // namespace
@@ -48,9 +65,14 @@ GtkAlert::GtkAlert(const Alert& alert, const Place& place, AlertCompletion answe
       dismissAnswer_(alert.dismissAnswer()),
       answered_(std::move(answered)) {
   gtk_window_set_title(GTK_WINDOW(widget()), g_get_application_name());
+  gtk_container_foreach(messageArea(), wrapAnywhere, nullptr);
   addTextField(alert);
   addButtons(alert);
   present();
+}
+
+GtkContainer* GtkAlert::messageArea() const {
+  return GTK_CONTAINER(gtk_message_dialog_get_message_area(GTK_MESSAGE_DIALOG(widget())));
 }
 
 void GtkAlert::addTextField(const Alert& alert) {
@@ -61,14 +83,13 @@ void GtkAlert::addTextField(const Alert& alert) {
   gtk_entry_set_text(GTK_ENTRY(entry_), text.get());
   gtk_widget_set_size_request(entry_, kLeastFieldWidth, kLeastFieldHeight);
   gtk_entry_set_activates_default(GTK_ENTRY(entry_), TRUE);
-  GtkWidget* const area = gtk_message_dialog_get_message_area(GTK_MESSAGE_DIALOG(widget()));
-  gtk_container_add(GTK_CONTAINER(area), entry_);
+  gtk_container_add(messageArea(), entry_);
   gtk_widget_show(entry_);
 }
 
 void GtkAlert::addButtons(const Alert& alert) {
   for (std::size_t i = 0; i < alert.buttons.size(); ++i) {
-    gtk_dialog_add_button(dialog(), alert.buttons[i].c_str(), static_cast<int>(i));
+    shorten(gtk_dialog_add_button(dialog(), alert.buttons[i].c_str(), static_cast<int>(i)));
   }
   gtk_dialog_set_default_response(dialog(), 0);
   GtkWidget* const first = gtk_dialog_get_widget_for_response(dialog(), 0);

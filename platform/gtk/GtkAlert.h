@@ -29,6 +29,7 @@ class GtkAlert final : public GtkSheet {
   void responded(int response) override;
   void addButtons(const Alert& alert);
   void addTextField(const Alert& alert);
+  [[nodiscard]] GtkContainer* messageArea() const;
   void answer(std::size_t button);
 
   GtkWidget* entry_ = nullptr;

@@ -49,13 +49,15 @@ GtkWebView::GtkWebView(GtkWebEngine& engine, std::shared_ptr<GtkDataStore> store
                        WebViewConfiguration configuration)
     : WebView(frame),
       clock_(engine.clock()),
+      queue_(engine.queue()),
       store_(std::move(store)),
       view_(std::move(engineView)),
       configuration_(std::move(configuration)),
       navigations_(engine, *this, view_.get()),
       requests_(engine.queue(), *this, view_.get()),
       scripts_(engine, *this, view_.get(), configuration_.userContentController),
-      eventReceived_(view_.get(), "event", G_CALLBACK(eventReceived), this) {
+      eventReceived_(view_.get(), "event", G_CALLBACK(eventReceived), this),
+      drawAsked_(view_.get(), "draw", G_CALLBACK(drawAsked), this) {
   g_object_set_data(G_OBJECT(view_.get()), kOwnerKey, this);
   applySettings(view_.get(), configuration_);
   gtk_widget_show(nativeWidget());
@@ -81,6 +83,15 @@ gboolean GtkWebView::eventReceived(GtkWidget*, GdkEvent* event, gpointer data) {
     self->lastUserGesture_ = self->clock_.uptime();
   }
   return FALSE;
+}
+
+/// While the page's process starts the engine would wait for it, half a second, with everything else. There
+/// is nothing to draw yet but the white of an empty page.
+gboolean GtkWebView::drawAsked(GtkWidget*, cairo_t* context, gpointer data) {
+  if (!static_cast<GtkWebView*>(data)->navigations_.awaitsProcess()) return FALSE;
+  cairo_set_source_rgb(context, 1, 1, 1);
+  cairo_paint(context);
+  return TRUE;
 }
 
 std::optional<Navigation> GtkWebView::load(const UrlRequest& request) {
@@ -161,6 +172,10 @@ void GtkWebView::evaluateJavaScript(std::string_view script, ScriptCompletion co
 }
 
 void GtkWebView::takeSnapshot(double width, std::function<void(std::optional<std::string>)> completion) {
+  if (!navigations_.hasPage()) {
+    queue_.async([completion = std::move(completion)] { completion(std::nullopt); });
+    return;
+  }
   auto pending = std::make_unique<PendingSnapshot>(PendingSnapshot{width, std::move(completion)});
   webkit_web_view_get_snapshot(view_.get(), WEBKIT_SNAPSHOT_REGION_VISIBLE, WEBKIT_SNAPSHOT_OPTIONS_NONE,
                                nullptr, snapshotTaken, pending.release());

@@ -61,9 +61,11 @@ class GtkWebView final : public WebView, public NativeWidgetView {
 
  private:
   static gboolean eventReceived(GtkWidget*, GdkEvent* event, gpointer self);
+  static gboolean drawAsked(GtkWidget*, cairo_t* context, gpointer self);
   [[nodiscard]] std::optional<Navigation> goTo(int distance);
 
   const Clock& clock_;
+  MainQueue& queue_;
   std::shared_ptr<GtkDataStore> store_;
   GObjectPtr<WebKitWebView> view_;
   WebViewConfiguration configuration_;
@@ -72,6 +74,7 @@ class GtkWebView final : public WebView, public NativeWidgetView {
   ScriptBridge scripts_;
   std::optional<Uptime> lastUserGesture_;
   SignalConnection eventReceived_;
+  SignalConnection drawAsked_;
 };
 
 }  // namespace velto

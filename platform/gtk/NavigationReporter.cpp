@@ -41,7 +41,8 @@ NavigationReporter::NavigationReporter(GtkWebEngine& engine, WebView& webView, W
     : engine_(engine),
       webView_(webView),
       view_(view),
-      titleWait_(engine.queue(), view, [this](Navigation navigation) { reportFinished(navigation); }) {
+      titleWait_(engine.queue(), view, [this](Navigation navigation) { reportFinished(navigation); }),
+      awaitsProcess_(textOf(webkit_web_view_get_uri(view)).empty()) {
   connectSignals();
 }
 
@@ -102,8 +103,7 @@ void NavigationReporter::ask(std::function<void()> engineCall) {
     return;
   }
   askedLater_ = std::move(engineCall);
-  const bool hasProcess = !textOf(webkit_web_view_get_uri(view_)).empty();
-  engine_.firstLoads().begin(hasProcess, [self = WeakPtr<NavigationReporter>(*this)] {
+  engine_.firstLoads().begin(!awaitsProcess_, [self = WeakPtr<NavigationReporter>(*this)] {
     if (!self || !self->askedLater_) return false;
     self->askNow(std::exchange(self->askedLater_, nullptr));
     return true;
@@ -168,6 +168,8 @@ void NavigationReporter::loadStarted() {
 }
 
 void NavigationReporter::loadCommitted() {
+  // What was not drawn until now holds up the frames that follow.
+  if (std::exchange(awaitsProcess_, false)) gtk_widget_queue_draw(GTK_WIDGET(view_));
   committedUri_ = textOf(webkit_web_view_get_uri(view_));
   const auto attempt = navigations_.committed();
   showsSubstitute_ = attempt && attempt->isSubstitute;

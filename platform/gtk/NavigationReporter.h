@@ -48,6 +48,10 @@ class NavigationReporter final : public Weakable {
   [[nodiscard]] bool staysInDocument(const std::string& uri) const;
   /// The address of what is shown or on its way; while a page is told to have finished, that of this page.
   [[nodiscard]] std::string uri() const;
+  /// Whether a page has begun to show.
+  [[nodiscard]] bool hasPage() const { return !committedUri_.empty(); }
+  /// Whether the first process of the view is still to come or to begin with a page.
+  [[nodiscard]] bool awaitsProcess() const { return awaitsProcess_; }
   /// Whether the engine has not been asked yet for what was requested.
   [[nodiscard]] bool isWaiting() const { return askedLater_ && navigations_.hasRequest(); }
   [[nodiscard]] bool isResponsive() const { return responsive_ && !processGone_; }
@@ -97,8 +101,8 @@ class NavigationReporter final : public Weakable {
   bool nextPageBegan_ = false;
   bool tellsOfCommitted_ = false;
   bool processGone_ = false;
-  /// It has been asked for a page, so that it has a process or will have one.
   bool wasAsked_ = false;
+  bool awaitsProcess_;
   bool responsive_ = true;
   std::vector<SignalConnection> connections_;
 };

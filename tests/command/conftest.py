@@ -12,6 +12,7 @@ SHELLS = {"dash": ["dash"], "bash": ["bash", "--posix"], "busybox": ["busybox", 
 
 HAND_OFF = """#!/bin/sh
 printf '%s\\0' "${LC_ALL-unset}" "$@" > '{record}'
+{then}
 exit {status}
 """
 
@@ -29,9 +30,10 @@ class Command:
         (root / "share" / "velto").symlink_to(RESOURCES)
         self.install_hand_off()
 
-    def install_hand_off(self, status=0):
+    def install_hand_off(self, status=0, then=""):
         program = self.folder / "velto-open"
-        program.write_text(HAND_OFF.replace("{record}", str(self.record)).replace("{status}", str(status)))
+        program.write_text(HAND_OFF.replace("{record}", str(self.record)).replace("{status}", str(status))
+                           .replace("{then}", then))
         program.chmod(0o755)
 
     def __call__(self, *arguments, cwd=None, **environment):

@@ -149,9 +149,22 @@ def test_where_the_index_lies(velto, data, home, place):
 def test_index_that_is_no_file(velto):
     index = velto.write_index(LAYOUTS[1])
     index.unlink()
-    os.mkfifo(index)
-    assert printed(velto, "layouts", "list") == ""
-    refused(velto, "focus")
+    for make, unmake in ((os.mkfifo, os.unlink), (os.mkdir, os.rmdir)):
+        make(index)
+        for command in (["layouts", "list"], ["focus"]):
+            result = velto(*command)
+            assert (result.returncode, result.stdout) == (1, b"") and b"cannot be read" in result.stderr
+        unmake(index)
+
+
+def test_next_command_finds_what_was_saved(velto):
+    """The application writes the index a moment after it was asked."""
+    index = velto.write_index(LAYOUTS[1])
+    later = index.with_name("later")
+    index.rename(later)
+    velto.install_hand_off(then=f"(sleep 0.2; mv '{later}' '{index}') >'{velto.root}/null' 2>&1 &")
+    assert printed(velto, "layouts", "save", "Focus") == ""
+    assert printed(velto, "layouts", "list") == "Focus\n"
 
 
 def test_ten_thousand_layouts(velto):

@@ -78,6 +78,17 @@ TEST(OpenWindowCapture, ReadsWhatAWindowIs) {
   EXPECT_EQ(snapshot(panel, {})->display.key, displays[0].key) << "without a list it is the main display";
 }
 
+TEST(OpenWindowCapture, ScrollsAPageThatIsOnItsWayToWhereItWillBe) {
+  LayoutsApplication app;
+  app.start();
+  HovrelPanel& panel = app.show("https://a.example/");
+  const auto scroll = [&] { return snapshot(panel, currentDisplays(app.headless.application()))->scroll; };
+  panel.lastKnownScroll = LayoutScroll{0, 5};
+  EXPECT_EQ(scroll(), (LayoutScroll{0, 5}));
+  panel.pendingScrollRestore = LayoutScroll{0, 700};
+  EXPECT_EQ(scroll(), (LayoutScroll{0, 700}));
+}
+
 TEST(OpenWindowCapture, TitlesAWindowByItsAddressWhenNothingElseHasATitle) {
   LayoutsApplication app;
   app.start();

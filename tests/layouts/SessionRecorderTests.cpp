@@ -60,6 +60,7 @@ TEST(SessionRecorder, WritesEveryChangeOfTheArrangement) {
          app.headless.windowSystem().moveByHand(*app.panels()[0], {{7, 500}, {300, 200}});
        }},
       {"pinned", [](LayoutsApplication& app) { app.delegate->toggleKeepOnTop(); }},
+      {"another page", [](LayoutsApplication& app) { app.panels()[0]->webView->load({*Url::parse(kB)}); }},
   };
   for (const auto& c : cases) {
     LayoutsApplication app;

@@ -17,6 +17,7 @@ class PageWindowsSupport : public SessionRecording, public LayoutWindowOpening {
   }
 
   void scheduleSessionRecording() override { ++recordings; }
+  void pageChanged() override {}
   void openWindow(const Url& target, const WindowOptions& options) override {
     opened.push_back(target.absoluteString());
     lastOptions = options;

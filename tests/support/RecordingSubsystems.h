@@ -117,6 +117,7 @@ class RecordingSubsystems {
   struct FakeSessions : Sessions {
     explicit FakeSessions(Self self) : all(self) {}
     void scheduleSessionRecording() override { all.note("sessions: schedule"); }
+    void pageChanged() override {}
     std::unique_ptr<RecordedSession> load() override {
       all.note("sessions: load");
       return all.sessionHasWindows ? std::make_unique<FakeSession>(all) : nullptr;
