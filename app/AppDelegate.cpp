@@ -5,7 +5,7 @@
 
 #include "app/LaunchDecision.h"
 #include "app/launch/CommandLineTarget.h"
-#include "browsing/HistoryFile.h"
+#include "browsing/history/HistoryFile.h"
 #include "layouts/Sessions.h"
 
 namespace velto {

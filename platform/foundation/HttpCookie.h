@@ -4,6 +4,7 @@
 #include <string>
 
 #include "platform/foundation/Date.h"
+#include "platform/foundation/PropertyList.h"
 
 namespace velto {
 
@@ -22,8 +23,16 @@ struct HttpCookie {
   bool httpOnly = false;
   /// Absent means no restriction.
   std::optional<SameSite> sameSite = {};
+  /// When it was first set, as far as that is known.
+  std::optional<WallTime> created = {};
 
   bool operator==(const HttpCookie&) const = default;
 };
+
+/// A cookie as named properties: "Domain", "Path", "Name", "Value", "Expires" and so on.
+using CookieProperties = PropertyList::Dictionary;
+
+/// Absent when the properties make no cookie: name, value or path is missing, or there is no domain.
+std::optional<HttpCookie> makeHttpCookie(const CookieProperties& properties);
 
 }  // namespace velto

@@ -4,7 +4,7 @@
 #include <optional>
 #include <vector>
 
-#include "browsing/HistoryEntry.h"
+#include "browsing/history/HistoryEntry.h"
 #include "platform/foundation/FileManager.h"
 #include "platform/foundation/Url.h"
 

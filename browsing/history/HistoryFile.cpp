@@ -1,4 +1,4 @@
-#include "browsing/HistoryFile.h"
+#include "browsing/history/HistoryFile.h"
 
 #include <string>
 #include <string_view>

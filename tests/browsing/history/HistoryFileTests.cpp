@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "browsing/HistoryFile.h"
+#include "browsing/history/HistoryFile.h"
 
 namespace velto {
 namespace {
