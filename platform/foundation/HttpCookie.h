@@ -14,7 +14,7 @@ struct HttpCookie {
 
   std::string name = {};
   std::string value = {};
-  /// As given; a leading dot means that subdomains get the cookie too.
+  /// In lower case; a leading dot means that subdomains get the cookie too.
   std::string domain = {};
   std::string path = "/";
   /// Absent for a cookie that ends with the session.
@@ -29,10 +29,13 @@ struct HttpCookie {
   bool operator==(const HttpCookie&) const = default;
 };
 
-/// A cookie as named properties: "Domain", "Path", "Name", "Value", "Expires" and so on.
+/// A cookie as named properties. Texts: "Name", "Value", "Path", "Domain" or in its stead "OriginURL",
+/// "SameSite" ("lax" or "strict"). A date: "Expires". "Secure" and "HttpOnly" hold whatever their value is.
+/// "Created" counts seconds since 2001, as a number or as its text.
 using CookieProperties = PropertyList::Dictionary;
 
-/// Absent when the properties make no cookie: name, value or path is missing, or there is no domain.
+/// Absent when the properties make no cookie: value or path is missing, the name is missing or
+/// empty, or there is no domain.
 std::optional<HttpCookie> makeHttpCookie(const CookieProperties& properties);
 
 }  // namespace velto
