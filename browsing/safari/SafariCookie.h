@@ -14,18 +14,18 @@ enum class SafariCookieSameSite { none, lax, unspecified, strict };
 /// One cookie as it stands in Safari's file.
 struct SafariCookie {
   /// As stored, with its leading dot.
-  std::string domain;
+  std::string domain = {};
   /// Never empty.
-  std::string name;
+  std::string name = {};
   /// Never empty.
-  std::string path;
-  std::string value;
+  std::string path = {};
+  std::string value = {};
   /// Whatever the file says, also a moment long past.
-  WallTime expires;
+  WallTime expires = {};
   bool isSecure = false;
   bool isHTTPOnly = false;
   SafariCookieSameSite sameSite = SafariCookieSameSite::none;
-  std::optional<WallTime> created;
+  std::optional<WallTime> created = {};
 
   /// What `makeHttpCookie` takes.
   [[nodiscard]] CookieProperties httpProperties() const;

@@ -6,8 +6,8 @@
 
 namespace velto {
 
-/// The normal form of a site or host: lower case, without scheme, path, leading dots and one leading "www.". A
-/// port stays.
+/// The normal form of a site or host: lower case, without scheme, path, leading dots and one leading "www.".
+/// A port stays.
 std::string normalizeSite(std::string_view text);
 
 /// The sites that a piece of work is limited to. No site at all means every site.
