@@ -59,6 +59,10 @@ std::optional<Url> SchemeTask::url() const {
   return Url::parse(textOf(webkit_uri_scheme_request_get_uri(request_.get())));
 }
 
+bool SchemeTask::isStopped() const {
+  return request_ && webkit_uri_scheme_request_get_web_view(request_.get()) == nullptr;
+}
+
 void SchemeTask::respond(int status, const std::map<std::string, std::string>& headers, std::string body) {
   if (!request_) return;
   const auto length = static_cast<gint64>(body.size());
