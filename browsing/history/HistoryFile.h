@@ -1,20 +1,38 @@
 #pragma once
 
-#include <filesystem>
+#include <cstdint>
+#include <functional>
 #include <optional>
-#include <vector>
 
-#include "browsing/history/HistoryEntry.h"
+#include "browsing/history/HistoryFormat.h"
 #include "platform/foundation/FileManager.h"
-#include "platform/foundation/Url.h"
 
 namespace velto {
 
-/// The entries of a history file, in its order: a JSON array of objects with "url", "title" and "timestamp"
-/// (ISO 8601). A file that is missing or has one entry that cannot be read gives none at all.
-std::vector<HistoryEntry> readHistoryFile(const FileManager& files, const std::filesystem::path& path);
+/// A look at each entry; false ends the walk.
+using HistoryVisitor = std::function<bool(const HistoryScanner& scanner)>;
 
-/// The first entry that is a page of the web (http or https).
-std::optional<Url> firstWebPage(const std::vector<HistoryEntry>& entries);
+/// Walks through a file in parts, in little memory, as far as the visitor wants. False when it is not as
+/// `encodeHistory` writes it, which may turn out after any number of entries. Throws `FileError`.
+bool walkHistory(const FileReader& file, HistoryForm form, const HistoryVisitor& visit);
+
+/// Walks to the end. The file that was walked through; nothing when it is not as `encodeHistory` writes it,
+/// or changed meanwhile. Throws `FileError`.
+std::optional<FileInfo> walkWholeHistory(const FileReader& file, HistoryForm form,
+                                         const HistoryVisitor& visit);
+
+/// The last bytes are those of a file with entries. Throws `FileError`.
+bool endsAsHistory(const FileReader& file, const FileInfo& info, HistoryForm form);
+
+/// What stands before the part of a file that a new entry leaves as it is.
+struct HistoryBeginning {
+  std::string bytes;
+  std::uint64_t restOffset = 0;
+};
+
+/// With the entry before the first one of the file, or in its place when that has the same URL. Nothing when
+/// the file has no entry, or does not begin as `encodeHistory` writes it. Throws `FileError`.
+std::optional<HistoryBeginning> beginningWith(const HistoryEntry& entry, const FileReader& file,
+                                              HistoryForm form);
 
 }  // namespace velto
