@@ -457,8 +457,7 @@ void HeadlessWebView::fetch(const std::string& urlText,
     const auto isStopped = [weak = WeakPtr<HeadlessWebView>(self), page = self.generation_] {
       return !weak || weak->generation_ != page;
     };
-    handler->startTask(self,
-                       std::make_unique<HeadlessSchemeTask>(urlText, self.pageUrl_, answer, isStopped));
+    handler->startTask(self, std::make_unique<HeadlessSchemeTask>(urlText, self.pageUrl_, answer, isStopped));
   });
 }
 

@@ -111,7 +111,9 @@ TEST_F(WebStoreContract, answersAnOwnSchemeThroughTheHandlerOfItsWebView) {
   }
   load(Url::parse("velto-history://history/later").value());
   ASSERT_TRUE(contract.runUntil([&] { return handler->held != nullptr; }));
+  EXPECT_FALSE(handler->held->isStopped());
   close();
+  EXPECT_TRUE(handler->held->isStopped());
   handler->held->respond(200, {}, "too late");
 }
 
