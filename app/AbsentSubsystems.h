@@ -10,26 +10,19 @@ namespace velto {
 
 /// Stands in for every subsystem that this build of the application comes without: it is called in the same
 /// places and adds nothing.
-class AbsentSubsystems : public History,
-                         public SignInHandoff,
-                         public SignInSync,
-                         public SafariImport,
-                         public Maintenance {
+class AbsentSubsystems : public SignInHandoff, public SignInSync, public Maintenance {
  public:
-  [[nodiscard]] Services services(Sessions& sessions, Layouts& layouts, Toasts& toasts) {
+  [[nodiscard]] Services services(Sessions& sessions, Layouts& layouts, History& history,
+                                  SafariImport& safariImport, Toasts& toasts) {
     return {.sessions = sessions,
             .layouts = layouts,
-            .history = *this,
+            .history = history,
             .signInHandoff = *this,
             .signInSync = *this,
-            .safariImport = *this,
+            .safariImport = safariImport,
             .maintenance = *this,
             .toasts = toasts};
   }
-
-  void prepare(UserDefaults&) override {}
-  void recordVisit(const Url&, const std::string&) override {}
-  void show(const std::optional<std::string>&) override {}
 
   void sweep(WallTime) override {}
   std::optional<std::vector<HttpCookie>> redeem(const std::string&) override { return std::nullopt; }

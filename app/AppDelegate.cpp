@@ -5,7 +5,7 @@
 
 #include "app/LaunchDecision.h"
 #include "app/launch/CommandLineTarget.h"
-#include "browsing/HistoryFile.h"
+#include "app/launch/LaunchCommand.h"
 #include "layouts/Sessions.h"
 
 namespace velto {
@@ -53,12 +53,14 @@ AppDelegate::AppDelegate(const Platform& platform, const Services& services, Win
 void AppDelegate::applicationWillFinishLaunching() {
   const bool testMode = platform_.environment.isTestMode();
   services_.layouts.setOpener(opener_);
+  services_.history.setOpener(opener_);
   pendingLaunch_.hasPendingExplicitLaunchTarget = argumentsHaveTarget();
   if (!testMode && platform_.defaults.boolean(kRestoreWindowsKey).value_or(true)) {
     pendingSessionRestore_ = services_.sessions.load();
   }
   services_.history.prepare(platform_.defaults);
   services_.signInHandoff.sweep(platform_.clock.now());
+  services_.safariImport.removeLeftovers(argumentsAskForImport());
   if (!testMode && !platform_.environment.variable(kUnitTestVariable)) services_.signInSync.startIfEnabled();
   services_.layouts.prepareStore();
 }
@@ -94,6 +96,15 @@ void AppDelegate::applicationDidFinishLaunching() {
 bool AppDelegate::argumentsHaveTarget() const {
   for (const std::string& argument : platform_.environment.arguments) {
     if (parseCommandLineTarget(argument)) return true;
+  }
+  return false;
+}
+
+bool AppDelegate::argumentsAskForImport() const {
+  for (const std::string& argument : platform_.environment.arguments) {
+    const auto target = parseCommandLineTarget(argument);
+    const auto command = target ? parseLaunchUrl(target->url, {}) : std::nullopt;
+    if (command && std::holds_alternative<ImportSafari>(*command)) return true;
   }
   return false;
 }
@@ -140,10 +151,13 @@ void AppDelegate::applicationDidBecomeActive() {
   if (HovrelPanel* panel = windows_.keyPanel()) panel->focusPendingInitialAddress();
 }
 
-void AppDelegate::applicationWillTerminate() { services_.sessions.finishRecording(); }
+void AppDelegate::applicationWillTerminate() {
+  services_.sessions.finishRecording();
+  services_.history.finishRecording();
+}
 
 void AppDelegate::newWindow() {
-  opener_.newWindow([this] { return newestWebPage(); });
+  opener_.newWindow([this] { return services_.history.newestWebPage(); });
 }
 
 void AppDelegate::performLaunchRestoration() {
@@ -152,7 +166,7 @@ void AppDelegate::performLaunchRestoration() {
   now.hasPendingExplicitLaunchTarget = pendingLaunch_.hasPendingExplicitLaunchTarget;
   now.hasOpenWindows = !windows_.isEmpty();
   if (pendingSessionRestore_) now.pendingSessionHasWindows = pendingSessionRestore_->hasWindows();
-  now.newestWebPage = [this] { return newestWebPage(); };
+  now.newestWebPage = [this] { return services_.history.newestWebPage(); };
 
   const AppLaunchRestorationAction decided = decideLaunchRestoration(now);
   if (const auto* open = std::get_if<action::Open>(&decided)) {
@@ -181,11 +195,6 @@ void AppDelegate::resumeSafariImport() {
   platform_.mainQueue.after(kResumeImportDelay, [self = WeakPtr<AppDelegate>(*this)] {
     if (self) self->services_.safariImport.show(std::nullopt);
   });
-}
-
-std::optional<Url> AppDelegate::newestWebPage() const {
-  return firstWebPage(
-      readHistoryFile(platform_.files, platform_.environment.applicationSupportDirectory / "History.json"));
 }
 
 }  // namespace velto

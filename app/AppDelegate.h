@@ -63,11 +63,11 @@ class AppDelegate : public ApplicationDelegate {
 
  private:
   [[nodiscard]] bool argumentsHaveTarget() const;
+  [[nodiscard]] bool argumentsAskForImport() const;
   void queueArgumentTargets();
   void performLaunchRestoration();
   void focusExistingWindow();
   void resumeSafariImport();
-  [[nodiscard]] std::optional<Url> newestWebPage() const;
 
   Platform platform_;
   Services services_;

@@ -13,9 +13,11 @@
 
 #include "app/AbsentSubsystems.h"
 #include "app/AppDelegate.h"
+#include "app/opening/StandardHistory.h"
 #include "app/pages/StandardPageContent.h"
 #include "app/windows/StandardFurniture.h"
 #include "app/windows/VeltoToast.h"
+#include "browsing/safari/StandardSafari.h"
 #include "handoff/Claim.h"
 #include "handoff/HandoffError.h"
 #include "handoff/Readiness.h"
@@ -53,9 +55,12 @@ int run(const Environment& environment, Readiness& readiness) {
   VeltoToast toasts(platform.application, platform.clock, platform.mainQueue);
   StandardFurniture furniture(platform.clock, platform.mainQueue, platform.application.windowSystem());
   StandardLayouts layouts(platform, toasts);
-  StandardPageContent content(platform, layouts.sessions());
-  AppDelegate delegate(platform, absent.services(layouts.sessions(), layouts.layouts(), toasts), furniture,
-                       content);
+  StandardHistory history(platform);
+  StandardSafari safari(platform, toasts);
+  StandardPageContent content(platform, layouts.sessions(), history.primary(), history.safariImports());
+  const Services services =
+      absent.services(layouts.sessions(), layouts.layouts(), history, safari.safariImport(), toasts);
+  AppDelegate delegate(platform, services, furniture, content);
   platform.application.setDelegate(delegate);
 
   // The server goes first when this ends: its thread posts to the queue.

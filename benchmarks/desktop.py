@@ -3,7 +3,7 @@
 
 usage: benchmarks/desktop.py [--runs N] [MEASURE...]
 
-Measures: handoff warm layout cold scripts drag idle hover memory; without a name all of them. The programs must have
+Measures: handoff warm layout cold scripts history drag idle hover memory; without a name all of them. The programs must have
 been built: script/bench does that. A slow figure is a line in the table and no failure; the exit status is 1 when
 something could not be measured that should have been. Peers that are not installed are skipped.
 """
@@ -17,6 +17,7 @@ import time
 from measuring import desk, programs, table
 from measuring.desk import NotMeasured
 from measuring.hand import Hand
+from measuring.history import TimedHistory, write_visits
 from measuring.loads import TimedSite, copy_without_scripts
 from measuring.site import Site
 
@@ -38,6 +39,8 @@ HANDOFF_LIMIT = 10  # milliseconds
 PRINT_URL_LIMIT = 30  # milliseconds
 LOADS = 40  # of one page, in one window
 SCRIPTS_LIMIT = 1.02
+HISTORY_RUNS = 3
+HISTORY_LIMITS = {"first rows": 1500, "keystroke": 50}  # milliseconds
 DRAG_MOVES = 1000
 DOTS = (15, 14)  # points from the window's upper left corner
 DRAG_LIMIT = 50  # milliseconds: three frames
@@ -236,6 +239,29 @@ class Bench:
         self.rows.append(table.Row("a page's load, ms", table.spread(ours), "no user scripts", table.spread(theirs),
                                    table.median(ours) / table.median(theirs), limit=SCRIPTS_LIMIT))
 
+    def history(self):
+        """The history page with a million visits: from its request, and from each keystroke, to rows on the screen."""
+        self.installed([self.velto])
+        page = TimedHistory()
+        programs_of_it = page.copy(BIN, os.path.join(os.environ["HOME"], "timed-history"))
+        write_visits(os.path.join(os.environ["XDG_DATA_HOME"], "Velto"))
+        first, loaded, keys = [], [], []
+        for run in range(1 + HISTORY_RUNS):
+            desk.run([os.path.join(programs_of_it, "velto-open"), "velto://show-nothing"])
+            desk.wait_until_quiet()
+            desk.run([os.path.join(programs_of_it, "velto-open"), "velto://history"])
+            took = page.wait()
+            desk.end_all()
+            if run == 0:  # it has the engine's caches to fill
+                continue
+            first.append(took[0])
+            loaded.append(took[1])
+            keys += took[2]
+        for which, times in (("first rows", first), ("keystroke", keys)):
+            self.rows.append(table.Row(f"a million visits, {which}, ms", table.spread(times), "", "",
+                                       value=table.median(times), limit=HISTORY_LIMITS[which], unit=" ms"))
+        print(f"history: ms until all rows were there: {table.spread(loaded)}")
+
     def drag(self):
         self.installed([self.velto])
         self.first_pixel(self.velto)
@@ -293,7 +319,7 @@ class Bench:
                                                ours / values[which]))
 
 
-MEASURES = ["handoff", "warm", "layout", "cold", "scripts", "drag", "idle", "hover", "memory"]
+MEASURES = ["handoff", "warm", "layout", "cold", "scripts", "history", "drag", "idle", "hover", "memory"]
 
 
 def measure(names, runs):

@@ -7,6 +7,7 @@ find_package(Boost 1.81 REQUIRED COMPONENTS url)
 pkg_check_modules(icu REQUIRED IMPORTED_TARGET icu-uc icu-i18n)
 pkg_check_modules(xml REQUIRED IMPORTED_TARGET libxml-2.0)
 pkg_check_modules(simdjson REQUIRED IMPORTED_TARGET simdjson)
+pkg_check_modules(sqlite REQUIRED IMPORTED_TARGET sqlite3)
 
 if(NOT VELTO_FUZZ)
   pkg_check_modules(cairomm REQUIRED IMPORTED_TARGET cairomm-1.0)

@@ -5,7 +5,9 @@
 #include <vector>
 
 #include "app/windows/Toasts.h"
+#include "app/windows/WindowOpening.h"
 #include "browsing/VisitRecording.h"
+#include "browsing/safari/SafariImport.h"
 #include "layouts/Layouts.h"
 #include "layouts/Sessions.h"
 #include "platform/foundation/Date.h"
@@ -18,8 +20,13 @@ namespace velto {
 /// The pages that were visited.
 class History : public VisitRecording {
  public:
+  virtual void setOpener(LayoutWindowOpening& opener) = 0;
   virtual void prepare(UserDefaults& defaults) = 0;
+  /// The newest visit of a page of the web (http or https). It may read the whole history.
+  [[nodiscard]] virtual std::optional<Url> newestWebPage() const = 0;
   virtual void show(const std::optional<std::string>& domain) = 0;
+  /// Returns when every visit is written.
+  virtual void finishRecording() = 0;
 };
 
 /// Cookies handed over by the command for one private window.
@@ -37,14 +44,6 @@ class SignInSync {
   virtual ~SignInSync() = default;
   virtual void startIfEnabled() = 0;
   virtual void runCommand() = 0;
-};
-
-/// The window that imports from Safari.
-class SafariImport {
- public:
-  virtual ~SafariImport() = default;
-  /// With the site field set to the text, when there is one.
-  virtual void show(const std::optional<std::string>& sites) = 0;
 };
 
 /// Menus, offers and checks that belong to the installation rather than to a window.

@@ -1,13 +1,21 @@
 #include "app/pages/StandardPageContent.h"
 
+#include <utility>
+
 #include "app/pages/VeltoPlayerSchemeHandler.h"
+#include "browsing/history/HistoryPage.h"
+#include "browsing/history/VeltoHistorySchemeHandler.h"
 
 namespace velto {
 
-StandardPageContent::StandardPageContent(const Platform& platform, SessionRecording& session)
+StandardPageContent::StandardPageContent(const Platform& platform, SessionRecording& session,
+                                         std::shared_ptr<const HistoryStore> history,
+                                         std::shared_ptr<const HistoryStore> safariImports)
     : platform_(platform),
       channels_(platform, session),
-      player_(platform.files, platform.environment.resourcesDirectory, platform.defaults, VELTO_WEB_HOST) {}
+      player_(platform.files, platform.environment.resourcesDirectory, platform.defaults, VELTO_WEB_HOST),
+      history_(std::move(history)),
+      safariImports_(std::move(safariImports)) {}
 
 std::shared_ptr<UserContentController> StandardPageContent::makeUserContentController(
     PageWindows& pageWindows) {
@@ -15,8 +23,12 @@ std::shared_ptr<UserContentController> StandardPageContent::makeUserContentContr
 }
 
 std::map<std::string, std::shared_ptr<UrlSchemeHandler>> StandardPageContent::makeUrlSchemeHandlers() {
-  return {{"velto-player", std::make_shared<VeltoPlayerSchemeHandler>(
-                               platform_.files, platform_.environment.resourcesDirectory)}};
+  const auto& resources = platform_.environment.resourcesDirectory;
+  return {
+      {"velto-player", std::make_shared<VeltoPlayerSchemeHandler>(platform_.files, resources)},
+      {HistoryPage::kScheme, std::make_shared<VeltoHistorySchemeHandler>(
+                                 platform_.files, platform_.mainQueue, platform_.backgroundQueue,
+                                 VeltoHistorySchemeHandler::Sources{resources, history_, safariImports_})}};
 }
 
 }  // namespace velto

@@ -8,6 +8,7 @@
 #include "app/pages/PageChannels.h"
 #include "app/pages/PageContent.h"
 #include "app/pages/PlayerPage.h"
+#include "browsing/history/HistoryStore.h"
 #include "platform/Platform.h"
 
 namespace velto {
@@ -15,7 +16,10 @@ namespace velto {
 /// What this application gives its pages.
 class StandardPageContent : public PageContent {
  public:
-  StandardPageContent(const Platform& platform, SessionRecording& session);
+  /// What was visited here, and what came from Safari.
+  StandardPageContent(const Platform& platform, SessionRecording& session,
+                      std::shared_ptr<const HistoryStore> history,
+                      std::shared_ptr<const HistoryStore> safariImports);
 
   std::shared_ptr<UserContentController> makeUserContentController(PageWindows& pageWindows) override;
   std::map<std::string, std::shared_ptr<UrlSchemeHandler>> makeUrlSchemeHandlers() override;
@@ -28,6 +32,8 @@ class StandardPageContent : public PageContent {
   const Platform& platform_;
   PageChannels channels_;
   PlayerPage player_;
+  std::shared_ptr<const HistoryStore> history_;
+  std::shared_ptr<const HistoryStore> safariImports_;
 };
 
 }  // namespace velto

@@ -19,6 +19,10 @@ struct Uptime {
   auto operator<=>(const Uptime&) const = default;
 };
 
+/// The moment so many seconds after 2001-01-01T00:00:00Z, from which the files of other programs count.
+constexpr WallTime sinceReferenceDate(double seconds) { return {seconds + 978307200}; }
+constexpr double secondsSinceReferenceDate(WallTime time) { return time.secondsSince1970 - 978307200; }
+
 /// "2024-01-02T03:04:05Z": whole seconds in UTC, the fraction dropped towards the past (also before 1970).
 /// Years beyond 9999 are written with all their digits. Days before 1582-10-15 have Julian dates.
 std::string formatIso8601(WallTime time);

@@ -107,6 +107,7 @@ Environment readEnvironment(int argc, const char* const* argv) {
   environment.preferencesDirectory = configuration / "Velto" / "Preferences";
   environment.cacheDirectory =
       absolutePath(environment, "XDG_CACHE_HOME").value_or(home / ".cache") / "Velto";
+  environment.temporaryDirectory = environment.cacheDirectory / "Temporary";
   environment.documentsDirectory = documentsDirectory(configuration, home);
   environment.resourcesDirectory = resourcesDirectory();
   return environment;

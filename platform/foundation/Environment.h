@@ -21,6 +21,8 @@ struct Environment {
   std::filesystem::path preferencesDirectory;
   /// `$XDG_CACHE_HOME/Velto` (else below `~/.cache`): what may be lost at any time.
   std::filesystem::path cacheDirectory;
+  /// Below the caches, where it is private to the person: what is of use for a moment only.
+  std::filesystem::path temporaryDirectory;
   /// The person's documents folder as `user-dirs.dirs` tells it; absent when it is not set or not there.
   std::optional<std::filesystem::path> documentsDirectory;
   /// The pages, scripts and icons that belong to the program: `../share/velto` from the program's own folder.

@@ -1,5 +1,6 @@
 #include "platform/foundation/JsonWriter.h"
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <cmath>
@@ -11,7 +12,7 @@
 namespace velto {
 namespace {
 
-/// What stands for a character that cannot stand for itself; nothing for all others.
+/// What stands for a character that cannot stand for itself.
 std::string escape(char c) {
   switch (c) {
     case '"':
@@ -31,7 +32,6 @@ std::string escape(char c) {
     default:
       break;
   }
-  if (static_cast<unsigned char>(c) >= 0x20) return {};
   std::array<char, 8> code{};
   std::snprintf(code.data(), code.size(), "\\u%04x", static_cast<unsigned>(c));
   return code.data();
@@ -39,16 +39,32 @@ std::string escape(char c) {
 
 }  // namespace
 
+void appendJsonString(std::string& out, std::string_view text) {
+  if (!isValidUtf8(text)) return appendJsonString(out, repairUtf8(text));
+  const auto needsEscape = [](char c) {
+    return static_cast<unsigned char>(c) < 0x20 || c == '"' || c == '\\';
+  };
+  out += '"';
+  for (;;) {
+    const auto special = std::find_if(text.begin(), text.end(), needsEscape);
+    out.append(text.begin(), special);
+    if (special == text.end()) break;
+    out += escape(*special);
+    text.remove_prefix(static_cast<std::size_t>(special - text.begin()) + 1);
+  }
+  out += '"';
+}
+
 void JsonWriter::key(std::string_view name) {
   separate();
-  quote(name);
+  appendJsonString(text_, name);
   text_ += " : ";
   followsKey_ = true;
 }
 
 void JsonWriter::string(std::string_view text) {
   separate();
-  quote(text);
+  appendJsonString(text_, text);
 }
 
 void JsonWriter::boolean(bool value) {
@@ -101,20 +117,6 @@ void JsonWriter::separate() {
 void JsonWriter::newLine() {
   text_ += '\n';
   text_.append(2 * depth_, ' ');
-}
-
-void JsonWriter::quote(std::string_view text) {
-  if (!isValidUtf8(text)) return quote(repairUtf8(text));
-  text_ += '"';
-  for (const char c : text) {
-    const std::string escaped = escape(c);
-    if (escaped.empty()) {
-      text_ += c;
-    } else {
-      text_ += escaped;
-    }
-  }
-  text_ += '"';
 }
 
 }  // namespace velto

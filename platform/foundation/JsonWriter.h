@@ -7,6 +7,9 @@
 
 namespace velto {
 
+/// Adds the text as JSON writes it, with its quotes: slashes as they are, ill-formed UTF-8 repaired.
+void appendJsonString(std::string& out, std::string_view text);
+
 /// Writes one JSON text in the form of all files of the application: two spaces for each level, " : " after a
 /// key, one item on a line, slashes as they are, no line end after the last line. An empty array or object
 /// holds one empty line.
@@ -37,7 +40,6 @@ class JsonWriter {
   /// What stands before a key, or before a value that has none.
   void separate();
   void newLine();
-  void quote(std::string_view text);
 
   std::string text_;
   std::size_t depth_ = 0;

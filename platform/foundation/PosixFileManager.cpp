@@ -22,8 +22,8 @@ namespace {
 using Path = std::filesystem::path;
 
 constexpr std::string_view kAsidePrefix = ".velto-";
-/// Nothing that this program keeps comes near it.
-constexpr std::size_t kLargestFile = 256U << 20U;
+/// A history of ten million pages comes near it, and nothing else that this program keeps.
+constexpr std::size_t kLargestFile = std::size_t{2} << 30U;
 
 FileError::Kind kindOf(int error) {
   switch (error) {
@@ -106,6 +106,81 @@ int writeAll(int file, std::string_view bytes) {
   return 0;
 }
 
+WallTime wallTime(const timespec& time) {
+  return {static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_nsec) * 1e-9};
+}
+
+FileInfo fileInfo(const struct stat& status) {
+  FileInfo info;
+  info.type = S_ISREG(status.st_mode)   ? FileInfo::Type::file
+              : S_ISDIR(status.st_mode) ? FileInfo::Type::directory
+              : S_ISLNK(status.st_mode) ? FileInfo::Type::symbolicLink
+                                        : FileInfo::Type::other;
+  info.size = static_cast<std::uint64_t>(status.st_size);
+  info.device = status.st_dev;
+  info.inode = status.st_ino;
+  info.modified = wallTime(status.st_mtim);
+  info.changed = wallTime(status.st_ctim);
+  return info;
+}
+
+FileInfo infoOf(const Descriptor& file, const Path& path) {
+  struct stat status {};
+  if (::fstat(file.number(), &status) != 0) fail(FileOperation::read, path, errno);
+  return fileInfo(status);
+}
+
+class PosixFileReader final : public FileReader {
+ public:
+  explicit PosixFileReader(const Path& path)
+      : path_(path), file_(openFile(FileOperation::read, path, O_RDONLY)) {}
+
+  [[nodiscard]] std::size_t read(std::uint64_t offset, std::span<char> buffer) const override {
+    std::size_t filled = 0;
+    while (filled < buffer.size()) {
+      const ssize_t count = ::pread(file_.number(), buffer.data() + filled, buffer.size() - filled,
+                                    static_cast<off_t>(offset + filled));
+      if (count < 0 && errno == EINTR) continue;
+      if (count < 0) fail(FileOperation::read, path_, errno);
+      if (count == 0) break;
+      filled += static_cast<std::size_t>(count);
+    }
+    return filled;
+  }
+  [[nodiscard]] FileInfo info() const override { return infoOf(file_, path_); }
+  [[nodiscard]] int descriptor() const { return file_.number(); }
+
+ private:
+  Path path_;
+  Descriptor file_;
+};
+
+/// Copies through the memory what stands from the offset on. Returns 0 or the error.
+int copyBytes(int from, off_t offset, int to) {
+  constexpr std::size_t kPiece = 1U << 20U;
+  std::string piece(kPiece, '\0');
+  for (;;) {
+    const ssize_t count = ::pread(from, piece.data(), piece.size(), offset);
+    if (count < 0 && errno == EINTR) continue;
+    if (count < 0) return errno;
+    if (count == 0) return 0;
+    const int error = writeAll(to, std::string_view(piece).substr(0, static_cast<std::size_t>(count)));
+    if (error != 0) return error;
+    offset += count;
+  }
+}
+
+/// The same inside the system where it can.
+int copyRest(int from, off_t offset, int to) {
+  constexpr std::size_t kAtOnce = 1U << 30U;
+  for (;;) {
+    const ssize_t count = ::copy_file_range(from, &offset, to, nullptr, kAtOnce, 0);
+    if (count < 0 && errno == EINTR) continue;
+    if (count <= 0)
+      return copyBytes(from, offset, to);  // some file systems can not, or say that they are done
+  }
+}
+
 /// A file beside the one to be replaced, removed at the end of its scope unless it took that one's place.
 class TemporaryFile {
  public:
@@ -129,12 +204,15 @@ class TemporaryFile {
     if (!replaced_) ::unlink(path_.c_str());
   }
 
-  void write(std::string_view bytes) {
-    int error = writeAll(file_.number(), bytes);
-    if (error == 0 && ::fsync(file_.number()) != 0) error = errno;
-    if (!file_.close() && error == 0) error = errno;
-    if (error != 0) fail(FileOperation::write, target_, error);
+  void write(std::string_view bytes) { require(writeAll(file_.number(), bytes)); }
+  void writeRest(int file, off_t offset) { require(copyRest(file, offset, file_.number())); }
+  void flush() {
+    if (::fsync(file_.number()) != 0) fail(FileOperation::write, target_, errno);
   }
+  void close() {
+    if (!file_.close()) fail(FileOperation::write, target_, errno);
+  }
+  [[nodiscard]] FileInfo info() const { return infoOf(file_, target_); }
 
   void replaceTarget() {
     if (::rename(path_.c_str(), target_.c_str()) != 0) fail(FileOperation::write, target_, errno);
@@ -142,6 +220,10 @@ class TemporaryFile {
   }
 
  private:
+  void require(int error) const {
+    if (error != 0) fail(FileOperation::write, target_, error);
+  }
+
   const Path& target_;
   Path path_;
   Descriptor file_{-1};
@@ -201,8 +283,30 @@ std::string PosixFileManager::read(const Path& path) const {
 void PosixFileManager::writeAtomically(const Path& path, std::string_view bytes) {
   TemporaryFile temporary(checked(FileOperation::write, path));
   temporary.write(bytes);
+  temporary.flush();
+  temporary.close();
   temporary.replaceTarget();
   flushFolder(path.parent_path());
+}
+
+std::unique_ptr<FileReader> PosixFileManager::open(const Path& path) const {
+  return std::make_unique<PosixFileReader>(path);
+}
+
+std::optional<FileInfo> PosixFileManager::replaceBeginning(const Path& path, std::string_view bytes,
+                                                           const FileReader& rest, std::uint64_t offset,
+                                                           const FileInfo& known) {
+  const int source = dynamic_cast<const PosixFileReader&>(rest).descriptor();
+  TemporaryFile temporary(checked(FileOperation::write, path));
+  temporary.write(bytes);
+  temporary.writeRest(source, static_cast<off_t>(offset));
+  temporary.flush();
+  // Only now: whoever changed the file while it was copied has been here before.
+  if (info(path) != known || rest.info() != known) return std::nullopt;
+  temporary.replaceTarget();
+  const FileInfo written = temporary.info();
+  flushFolder(path.parent_path());
+  return written;
 }
 
 void PosixFileManager::append(const Path& path, std::string_view bytes) {
@@ -274,17 +378,7 @@ std::optional<FileInfo> PosixFileManager::info(const Path& path) const {
   struct stat status {};
   const bool whole = path.native().find('\0') == std::string::npos;
   if (!whole || ::lstat(path.c_str(), &status) != 0) return std::nullopt;
-  FileInfo info;
-  info.type = S_ISREG(status.st_mode)   ? FileInfo::Type::file
-              : S_ISDIR(status.st_mode) ? FileInfo::Type::directory
-              : S_ISLNK(status.st_mode) ? FileInfo::Type::symbolicLink
-                                        : FileInfo::Type::other;
-  info.size = static_cast<std::uint64_t>(status.st_size);
-  info.device = status.st_dev;
-  info.inode = status.st_ino;
-  info.modified.secondsSince1970 =
-      static_cast<double>(status.st_mtim.tv_sec) + static_cast<double>(status.st_mtim.tv_nsec) * 1e-9;
-  return info;
+  return fileInfo(status);
 }
 
 }  // namespace velto

@@ -5,11 +5,14 @@
 namespace velto {
 
 /// The real disk. It never waits for a pipe or a device in a file's place: those are refused, and
-/// so is a file of more than 256 MB.
+/// so is a file of more than 2 GB when it is to be read as a whole.
 class PosixFileManager final : public FileManager {
  public:
   [[nodiscard]] std::string read(const Path& path) const override;
   void writeAtomically(const Path& path, std::string_view bytes) override;
+  [[nodiscard]] std::unique_ptr<FileReader> open(const Path& path) const override;
+  std::optional<FileInfo> replaceBeginning(const Path& path, std::string_view bytes, const FileReader& rest,
+                                           std::uint64_t offset, const FileInfo& known) override;
   void append(const Path& path, std::string_view bytes) override;
   void createDirectory(const Path& path) override;
   void remove(const Path& path) override;

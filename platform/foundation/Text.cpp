@@ -4,11 +4,13 @@
 #include <array>
 #include <charconv>
 #include <cmath>
+#include <cstring>
 #include <limits>
 #include <locale>
 #include <sstream>
 #include <system_error>
 
+#include <simdjson.h>
 #include <unicode/uchar.h>
 #include <unicode/utf8.h>
 
@@ -50,8 +52,17 @@ void appendUtf8(std::string& out, char32_t codePoint) {
   out.append(reinterpret_cast<const char*>(bytes.data()), static_cast<std::size_t>(length));
 }
 
+/// Eight bytes at a time, since most texts are ASCII and all of them come by here.
 bool isAscii(std::string_view text) {
-  return std::all_of(text.begin(), text.end(), [](char c) { return static_cast<unsigned char>(c) < 0x80; });
+  constexpr std::uint64_t kHighBits = 0x8080808080808080;
+  std::uint64_t seen = 0;
+  for (; text.size() >= sizeof seen; text.remove_prefix(sizeof seen)) {
+    std::uint64_t word = 0;
+    std::memcpy(&word, text.data(), sizeof word);
+    seen |= word;
+  }
+  for (const char c : text) seen |= static_cast<unsigned char>(c);
+  return (seen & kHighBits) == 0;
 }
 
 template <std::size_t count>
@@ -168,14 +179,7 @@ std::vector<std::string_view> splitOmittingEmpty(std::string_view text, char sep
   return pieces;
 }
 
-bool isValidUtf8(std::string_view bytes) {
-  while (!bytes.empty()) {
-    const Decoded first = decodeFirst(bytes);
-    if (!first.valid) return false;
-    bytes.remove_prefix(first.length);
-  }
-  return true;
-}
+bool isValidUtf8(std::string_view bytes) { return simdjson::validate_utf8(bytes.data(), bytes.size()); }
 
 std::string repairUtf8(std::string_view bytes) {
   if (isAscii(bytes)) return std::string(bytes);

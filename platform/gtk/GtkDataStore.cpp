@@ -7,6 +7,7 @@
 
 #include "platform/gtk/Guard.h"
 #include "platform/gtk/SchemeTask.h"
+#include "platform/web/CookieRules.h"
 
 namespace velto {
 
@@ -92,7 +93,7 @@ void cookieSet(GObject* manager, GAsyncResult* result, gpointer data) {
   const std::unique_ptr<CookieSet> pending(static_cast<CookieSet*>(data));
   GErrorPtr error;
   webkit_cookie_manager_add_cookie_finish(WEBKIT_COOKIE_MANAGER(manager), result, error.out());
-  if (pending->completion) guarded(pending->completion);
+  guarded(pending->completion);
 }
 
 void cookiesRead(GObject* manager, GAsyncResult* result, gpointer data) {
@@ -110,24 +111,40 @@ void cancelDownload(WebKitWebContext*, WebKitDownload* download, gpointer) {
 }  // namespace
 
 void GtkCookieStore::setCookie(const HttpCookie& cookie, std::function<void()> completion) {
-  auto pending = std::make_unique<CookieSet>(CookieSet{context_, std::move(completion)});
+  if (!mayBeStored(cookie)) {
+    if (completion) queue_.async(std::move(completion));
+    return;
+  }
+  // The date comes after the cookie, so that nobody takes it for that of one that is gone.
+  const auto dated = [dates = WeakPtr<CookieDates>(dates_.get()), cookie, completion] {
+    if (dates) dates->remember(cookie);
+    if (completion) completion();
+  };
+  auto pending = std::make_unique<CookieSet>(CookieSet{context_, dated});
   const SoupCookiePtr made = soupCookieFrom(cookie);
   webkit_cookie_manager_add_cookie(manager(), made.get(), nullptr, cookieSet, pending.release());
 }
 
 void GtkCookieStore::allCookies(std::function<void(std::vector<HttpCookie>)> completion) {
-  auto pending = std::make_unique<CookiesRead>(CookiesRead{context_, std::move(completion)});
+  const auto dated = [dates = WeakPtr<CookieDates>(dates_.get()),
+                      completion = std::move(completion)](std::vector<HttpCookie> cookies) {
+    if (dates) dates->addTo(cookies);
+    completion(std::move(cookies));
+  };
+  auto pending = std::make_unique<CookiesRead>(CookiesRead{context_, dated});
   webkit_cookie_manager_get_all_cookies(manager(), nullptr, cookiesRead, pending.release());
 }
 
-GtkDataStore::GtkDataStore(GObjectPtr<WebKitWebContext> context, const std::vector<std::string>& ownSchemes)
+GtkDataStore::GtkDataStore(GObjectPtr<WebKitWebContext> context, MainQueue& queue,
+                           std::unique_ptr<CookieDates> dates, const std::vector<std::string>& ownSchemes)
     : context_(std::move(context)),
-      cookies_(context_),
+      cookies_(context_, queue, std::move(dates)),
       downloadStarted_(context_.get(), "download-started", G_CALLBACK(cancelDownload), nullptr) {
   registerOwnSchemes(context_.get(), ownSchemes);
 }
 
-std::shared_ptr<GtkDataStore> GtkDataStore::makePersistent(const Environment& environment,
+std::shared_ptr<GtkDataStore> GtkDataStore::makePersistent(const Environment& environment, FileManager& files,
+                                                           MainQueue& queue, BackgroundQueue& background,
                                                            const std::vector<std::string>& ownSchemes) {
   const auto data = environment.applicationSupportDirectory / "WebKit";
   const auto cache = environment.cacheDirectory / "WebKit";
@@ -139,12 +156,14 @@ std::shared_ptr<GtkDataStore> GtkDataStore::makePersistent(const Environment& en
   webkit_cookie_manager_set_persistent_storage(webkit_web_context_get_cookie_manager(context.get()),
                                                (data / "cookies.sqlite").c_str(),
                                                WEBKIT_COOKIE_PERSISTENT_STORAGE_SQLITE);
-  return std::make_shared<GtkDataStore>(std::move(context), ownSchemes);
+  auto dates = std::make_unique<CookieDates>(files, queue, background, data / "cookie-dates.json");
+  return std::make_shared<GtkDataStore>(std::move(context), queue, std::move(dates), ownSchemes);
 }
 
-std::shared_ptr<GtkDataStore> GtkDataStore::makeNonPersistent(const std::vector<std::string>& ownSchemes) {
+std::shared_ptr<GtkDataStore> GtkDataStore::makeNonPersistent(MainQueue& queue,
+                                                              const std::vector<std::string>& ownSchemes) {
   return std::make_shared<GtkDataStore>(
-      GObjectPtr<WebKitWebContext>::adopt(webkit_web_context_new_ephemeral()), ownSchemes);
+      GObjectPtr<WebKitWebContext>::adopt(webkit_web_context_new_ephemeral()), queue, nullptr, ownSchemes);
 }
 
 bool GtkDataStore::isPersistent() const { return webkit_web_context_is_ephemeral(context_.get()) == FALSE; }

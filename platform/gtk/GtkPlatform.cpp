@@ -70,7 +70,7 @@ GtkPlatform::GtkPlatform(Environment environment, std::vector<std::string> ownSc
       defaults_(files_, environment_.preferencesDirectory / "com.hovrel.extension.plist"),
       windowSystem_(display_, clock_, queue_, [this] { stop(); }),
       application_(windowSystem_),
-      webEngine_(clock_, queue_, environment_, std::move(ownSchemes)),
+      webEngine_(clock_, queue_, pool_, files_, environment_, std::move(ownSchemes)),
       platform_{environment_, clock_,         queue_,       pool_,     files_,
                 defaults_,    notifications_, application_, webEngine_},
       signals_{g_unix_signal_add(SIGTERM, onSignal, this), g_unix_signal_add(SIGINT, onSignal, this),

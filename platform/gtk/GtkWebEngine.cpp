@@ -16,10 +16,13 @@ constexpr double kLongestLoad = 5;
 
 }  // namespace
 
-GtkWebEngine::GtkWebEngine(const Clock& clock, MainQueue& queue, const Environment& environment,
+GtkWebEngine::GtkWebEngine(const Clock& clock, MainQueue& queue, BackgroundQueue& background,
+                           FileManager& files, const Environment& environment,
                            std::vector<std::string> ownSchemes)
     : clock_(clock),
       queue_(queue),
+      background_(background),
+      files_(files),
       environment_(environment),
       ownSchemes_(std::move(ownSchemes)),
       mainFrameScripts_(MainFrameProof::Scripts::read(environment.resourcesDirectory)),
@@ -42,7 +45,7 @@ std::unique_ptr<WebView> GtkWebEngine::makeWebView(const Rect& frame, WebViewCon
 }
 
 std::shared_ptr<DataStore> GtkWebEngine::makeNonPersistentDataStore() {
-  return GtkDataStore::makeNonPersistent(ownSchemes_);
+  return GtkDataStore::makeNonPersistent(queue_, ownSchemes_);
 }
 
 void GtkWebEngine::pageCameToRest() {
@@ -51,7 +54,9 @@ void GtkWebEngine::pageCameToRest() {
 }
 
 const std::shared_ptr<GtkDataStore>& GtkWebEngine::defaultStore() {
-  if (!defaultStore_) defaultStore_ = GtkDataStore::makePersistent(environment_, ownSchemes_);
+  if (!defaultStore_) {
+    defaultStore_ = GtkDataStore::makePersistent(environment_, files_, queue_, background_, ownSchemes_);
+  }
   return defaultStore_;
 }
 

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "platform/foundation/Environment.h"
+#include "platform/foundation/FileManager.h"
 #include "platform/gtk/FirstLoads.h"
 #include "platform/gtk/GtkDataStore.h"
 #include "platform/gtk/MainFrameProof.h"
@@ -24,8 +25,8 @@ namespace velto {
 class GtkWebEngine final : public WebEngine {
  public:
   /// `ownSchemes` can be answered by the handlers of a web view's configuration.
-  GtkWebEngine(const Clock& clock, MainQueue& queue, const Environment& environment,
-               std::vector<std::string> ownSchemes);
+  GtkWebEngine(const Clock& clock, MainQueue& queue, BackgroundQueue& background, FileManager& files,
+               const Environment& environment, std::vector<std::string> ownSchemes);
 
   [[nodiscard]] std::unique_ptr<WebView> makeWebView(const Rect& frame,
                                                      WebViewConfiguration configuration) override;
@@ -48,6 +49,8 @@ class GtkWebEngine final : public WebEngine {
 
   const Clock& clock_;
   MainQueue& queue_;
+  BackgroundQueue& background_;
+  FileManager& files_;
   const Environment& environment_;
   std::vector<std::string> ownSchemes_;
   MainFrameProof::Scripts mainFrameScripts_;

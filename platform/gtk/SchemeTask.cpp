@@ -18,13 +18,16 @@ void finishWithError(WebKitURISchemeRequest* request, WebKitNetworkError code, c
   g_error_free(error);
 }
 
+/// The engine reads a few kilobytes at a time, in the loop that also draws the windows. Memory itself would
+/// answer each read at once and leave no turn to the drawing; through a buffer a thread answers.
 GObjectPtr<GInputStream> streamOf(std::string body) {
+  constexpr gsize kBufferSize = 65536;
   auto* kept = new std::string(std::move(body));
   GBytes* bytes = g_bytes_new_with_free_func(
       kept->data(), kept->size(), [](gpointer text) { delete static_cast<std::string*>(text); }, kept);
-  auto stream = GObjectPtr<GInputStream>::adopt(g_memory_input_stream_new_from_bytes(bytes));
+  const auto memory = GObjectPtr<GInputStream>::adopt(g_memory_input_stream_new_from_bytes(bytes));
   g_bytes_unref(bytes);
-  return stream;
+  return GObjectPtr<GInputStream>::adopt(g_buffered_input_stream_new_sized(memory.get(), kBufferSize));
 }
 
 /// Absent when there is none.
@@ -57,6 +60,10 @@ SchemeTask::~SchemeTask() { fail("The request was not answered"); }
 std::optional<Url> SchemeTask::url() const {
   if (!request_) return std::nullopt;
   return Url::parse(textOf(webkit_uri_scheme_request_get_uri(request_.get())));
+}
+
+bool SchemeTask::isStopped() const {
+  return request_ && webkit_uri_scheme_request_get_web_view(request_.get()) == nullptr;
 }
 
 void SchemeTask::respond(int status, const std::map<std::string, std::string>& headers, std::string body) {

@@ -21,6 +21,7 @@ class SchemeTask final : public UrlSchemeTask {
 
   [[nodiscard]] std::optional<Url> url() const override;
   [[nodiscard]] std::optional<Url> mainDocumentUrl() const override { return mainDocumentUrl_; }
+  [[nodiscard]] bool isStopped() const override;
   void respond(int status, const std::map<std::string, std::string>& headers, std::string body) override;
   void fail(std::string_view reason) override;
 

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <utility>
 
+#include "platform/web/CookieRules.h"
+
 namespace velto {
 
 void HeadlessCookieStore::setCookie(const HttpCookie& cookie, std::function<void()> completion) {
@@ -33,7 +35,7 @@ void HeadlessCookieStore::perform(Waiting waiting) {
 }
 
 void HeadlessCookieStore::put(const HttpCookie& cookie) {
-  if (cookie.name.empty() || cookie.domain.empty()) return;
+  if (!mayBeStored(cookie)) return;
   const auto same = std::find_if(cookies_->begin(), cookies_->end(), [&](const HttpCookie& other) {
     return other.name == cookie.name && other.domain == cookie.domain && other.path == cookie.path;
   });
@@ -43,7 +45,9 @@ void HeadlessCookieStore::put(const HttpCookie& cookie) {
   } else if (expired) {
     cookies_->erase(same);
   } else {
+    const auto created = same->created;
     *same = cookie;
+    if (!same->created) same->created = created;
   }
 }
 

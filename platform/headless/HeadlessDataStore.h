@@ -11,7 +11,7 @@
 namespace velto {
 
 /// A cookie jar in memory. One cookie for each name, domain and path; one that has expired takes the old one
-/// out.
+/// out. One that is set anew without a date keeps that of the old one.
 class HeadlessCookieStore final : public CookieStore {
  public:
   explicit HeadlessCookieStore(VirtualLoop& loop) : loop_(loop) {}

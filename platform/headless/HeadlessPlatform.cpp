@@ -21,6 +21,7 @@ Environment headlessEnvironment() {
   environment.applicationSupportDirectory = "/data/Velto";
   environment.preferencesDirectory = "/config/Velto/Preferences";
   environment.cacheDirectory = "/cache/Velto";
+  environment.temporaryDirectory = "/cache/Velto/Temporary";
   environment.documentsDirectory = "/home/p/Documents";
 #ifdef VELTO_SOURCE_DIR
   environment.resourcesDirectory = fs::path(VELTO_SOURCE_DIR) / "resources";

@@ -5,8 +5,11 @@
 namespace velto {
 
 HeadlessSchemeTask::HeadlessSchemeTask(std::string_view urlText, std::optional<Url> mainDocumentUrl,
-                                       Answer answer)
-    : url_(Url::parse(urlText)), mainDocumentUrl_(std::move(mainDocumentUrl)), answer_(std::move(answer)) {}
+                                       Answer answer, IsStopped isStopped)
+    : url_(Url::parse(urlText)),
+      mainDocumentUrl_(std::move(mainDocumentUrl)),
+      answer_(std::move(answer)),
+      isStopped_(std::move(isStopped)) {}
 
 HeadlessSchemeTask::~HeadlessSchemeTask() { fail("The request was not answered"); }
 

@@ -251,10 +251,13 @@ void HeadlessWebView::askHandler(UrlSchemeHandler& handler) {
     found.response = std::move(response);
     weak->queueStep();
   };
+  const auto isStopped = [weak = WeakPtr<HeadlessWebView>(*this), navigation = load_->navigation] {
+    return !weak || !weak->isUnderWay(navigation);
+  };
   load_->found.script.error = timedOut(load_->url);
   queueStep(load_->timeout);
-  handler.startTask(*this,
-                    std::make_unique<HeadlessSchemeTask>(load_->url.absoluteString(), load_->url, answer));
+  handler.startTask(*this, std::make_unique<HeadlessSchemeTask>(load_->url.absoluteString(), load_->url,
+                                                                answer, isStopped));
 }
 
 void HeadlessWebView::receivePage() {
@@ -451,7 +454,10 @@ void HeadlessWebView::fetch(const std::string& urlText,
     const auto answer = [&loop = self.engine_.loop(), completion](const SchemeResponse& response) {
       loop.async([completion, response] { completion(response); });
     };
-    handler->startTask(self, std::make_unique<HeadlessSchemeTask>(urlText, self.pageUrl_, answer));
+    const auto isStopped = [weak = WeakPtr<HeadlessWebView>(self), page = self.generation_] {
+      return !weak || weak->generation_ != page;
+    };
+    handler->startTask(self, std::make_unique<HeadlessSchemeTask>(urlText, self.pageUrl_, answer, isStopped));
   });
 }
 

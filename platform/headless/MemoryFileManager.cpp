@@ -208,6 +208,7 @@ void MemoryFileManager::touch(const Path& path) {
   if (node == nodes_.end()) return;
   node->second.info.size = node->second.contents.size();
   node->second.info.modified = lastChange_;
+  node->second.info.changed = lastChange_;
 }
 
 void MemoryFileManager::put(const Path& path, FileInfo::Type type, std::string contents) {

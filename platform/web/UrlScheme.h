@@ -22,6 +22,8 @@ class UrlSchemeTask {
   [[nodiscard]] virtual std::optional<Url> url() const = 0;
   /// The page that asks, or that is being loaded.
   [[nodiscard]] virtual std::optional<Url> mainDocumentUrl() const = 0;
+  /// Whoever asked has gone: an answer would reach nobody.
+  [[nodiscard]] virtual bool isStopped() const = 0;
   virtual void respond(int status, const std::map<std::string, std::string>& headers, std::string body) = 0;
   virtual void fail(std::string_view reason) = 0;
 };

@@ -5,11 +5,15 @@ _velto() {
   COMPREPLY=()
   case $previous in
     --port | --size | --width | --height | --x | --y | =) return ;;
+    --from)
+      mapfile -t COMPREPLY < <(compgen -d -- "$current")
+      return
+      ;;
     --zoom) words='50 75 100 125 150 200 300' ;;
     *)
       case ${COMP_WORDS[1]} in
         completion) ((COMP_CWORD == 2)) && words='bash zsh' ;;
-        import-safari) ((COMP_CWORD > 1)) && words='--sync --print-url --help' ;;
+        import-safari) ((COMP_CWORD > 1)) && words='--from --sync --print-url --help' ;;
         layout | layouts) ((COMP_CWORD > 1)) && _velto_layouts && return ;;
       esac
       ;;

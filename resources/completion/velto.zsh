@@ -8,7 +8,7 @@ _velto() {
         return
         ;;
       import-safari)
-        _arguments '--sync[bring sign-ins in step with Safari]' \
+        _arguments '--from=[from the files in this folder]:folder:_files -/' '--sync[bring sign-ins in step with Safari]' \
           '--print-url[print the URL and open nothing]' '--help[print the usage]' '*: :'
         return
         ;;

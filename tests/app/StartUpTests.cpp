@@ -17,6 +17,7 @@ using ::testing::ElementsAre;
 using ::testing::Not;
 
 constexpr const char* kSweep = "handoff: sweep 2024-01-02T03:04:05Z";
+constexpr const char* kLeftovers = "import: leftovers";
 
 using Variables = std::vector<std::pair<std::string, std::string>>;
 
@@ -42,6 +43,7 @@ TEST(StartUp, callsEverybodyInOrder) {
                          "sessions: load",
                          "history: prepare",
                          kSweep,
+                         kLeftovers,
                          "sync: start",
                          "layouts: prepare",
                          "|",
@@ -55,6 +57,7 @@ TEST(StartUp, callsEverybodyInOrder) {
                             "sessions: load",
                             "history: prepare",
                             kSweep,
+                            kLeftovers,
                             "layouts: prepare",
                             "|",
                             "menu: build",
@@ -63,17 +66,19 @@ TEST(StartUp, callsEverybodyInOrder) {
                             "extension: check",
                             "|",
                             "tool: offer"};
-  const CallLog testMode{"layouts: opener",
-                         "history: prepare",
-                         kSweep,
-                         "layouts: prepare",
-                         "|",
-                         "menu: build",
-                         "updates: apply",
-                         "|",
-                         "|"};
-  const CallLog repairTest{"layouts: opener", "history: prepare", kSweep, "layouts: prepare", "|",
-                           "menu: build",     "updates: apply",   "|",    "extension: check", "|"};
+  const CallLog testMode{"layouts: opener", "history: prepare", kSweep, kLeftovers, "layouts: prepare", "|",
+                         "menu: build",     "updates: apply",   "|",    "|"};
+  const CallLog repairTest{"layouts: opener",
+                           "history: prepare",
+                           kSweep,
+                           kLeftovers,
+                           "layouts: prepare",
+                           "|",
+                           "menu: build",
+                           "updates: apply",
+                           "|",
+                           "extension: check",
+                           "|"};
   const std::string mode = "HOVREL_UI_TEST_MODE";
   const std::string repair = "VELTO_REPAIR_TEST_DUPLICATES";
   const struct {
@@ -90,6 +95,18 @@ TEST(StartUp, callsEverybodyInOrder) {
       {"the repair's variable alone changes nothing", {{repair, "1"}}, ordinary},
   };
   for (const auto& c : cases) EXPECT_EQ(callsOfStart(c.variables), c.calls) << c.what;
+}
+
+TEST(StartUp, leavesTheStagedCopyToAnImportThatFollows) {
+  for (const char* argument :
+       {"velto://import-safari", "velto://import-safari?sites=a.com", "velto://open"}) {
+    TestApplication app;
+    app.headless.environment().arguments = {argument};
+    app.start();
+    const bool follows = std::string_view(argument) != "velto://open";
+    EXPECT_EQ(app.subsystems.countOf("import: leftovers but the staged copy"), follows ? 1 : 0) << argument;
+    EXPECT_EQ(app.subsystems.countOf(kLeftovers), follows ? 0 : 1) << argument;
+  }
 }
 
 TEST(StartUp, readsTheSessionUnlessThePersonDoesNotWantIt) {
@@ -206,7 +223,7 @@ TEST(StartUp, recordsTheSessionForTheLastTimeAtTheEnd) {
   app.settle();
   app.headless.application().terminate();
   app.headless.application().terminate();
-  EXPECT_THAT(app.log(), ElementsAre("sessions: finish"));
+  EXPECT_THAT(app.log(), ElementsAre("sessions: finish", "history: finish"));
   EXPECT_TRUE(app.headless.windowSystem().isStopped());
 }
 

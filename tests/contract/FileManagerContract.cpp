@@ -105,6 +105,49 @@ TEST_F(FileManagerContract, EveryReplacementCanBeTold) {
   EXPECT_EQ(first->type, Type::file);
 }
 
+TEST_F(FileManagerContract, ReadsAnOpenFileInPartsWhateverTakesItsPlace) {
+  files_.writeAtomically(file_, "0123456789");
+  const auto reader = files_.open(file_);
+  EXPECT_EQ(reader->info(), files_.info(file_));
+  files_.writeAtomically(file_, "other");
+  const auto read = [&](std::uint64_t offset, std::size_t size) {
+    std::string bytes(size, 'x');
+    bytes.resize(reader->read(offset, bytes));
+    return bytes;
+  };
+  EXPECT_EQ(read(0, 4), "0123");
+  EXPECT_EQ(read(8, 4), "89");
+  EXPECT_EQ(read(10, 4), "");
+  EXPECT_EQ(read(1000, 4), "");
+  EXPECT_NE(files_.info(file_), reader->info());
+  EXPECT_EQ(failure([&] { (void)files_.open(root_ / "none"); }), Kind::notFound);
+  EXPECT_EQ(failure([&] { (void)files_.open(root_); }), Kind::isDirectory);
+}
+
+TEST_F(FileManagerContract, ReplacesABeginningOnlyOfTheFileThatIsKnown) {
+  const std::string large = "abc" + std::string(3'000'000, 'x');
+  files_.writeAtomically(file_, large);
+  auto reader = files_.open(file_);
+  const FileInfo known = reader->info();
+  const auto written = files_.replaceBeginning(file_, "new ", *reader, 3, known);
+  EXPECT_EQ(files_.read(file_), "new " + large.substr(3));
+  EXPECT_EQ(written, files_.info(file_));
+  EXPECT_EQ(files_.replaceBeginning(file_, "late", *reader, 3, known), std::nullopt)
+      << "another one is there";
+  reader = files_.open(file_);
+  files_.append(file_, "!");
+  EXPECT_EQ(files_.replaceBeginning(file_, "late", *reader, 3, *written), std::nullopt) << "it was changed";
+  reader = files_.open(file_);
+  EXPECT_TRUE(files_.replaceBeginning(file_, "all", *reader, 1U << 30U, reader->info()));
+  EXPECT_EQ(files_.read(file_), "all");
+  backend_.makeLink(root_ / "link", "file");
+  reader = files_.open(root_ / "link");
+  EXPECT_EQ(files_.replaceBeginning(root_ / "link", "x", *reader, 0, reader->info()), std::nullopt);
+  files_.remove(file_);
+  EXPECT_EQ(files_.replaceBeginning(file_, "late", *reader, 0, reader->info()), std::nullopt) << "it is gone";
+  EXPECT_EQ(files_.list(root_), std::vector<std::string>{"link"}) << "nothing else is left behind";
+}
+
 TEST_F(FileManagerContract, AppendsToTheEnd) {
   files_.append(file_, "one");
   const auto before = files_.info(file_);
@@ -196,6 +239,21 @@ TEST_F(FileManagerContract, RenamesFilesAndFolders) {
   EXPECT_EQ(files_.list(root_), (std::vector<std::string>{"c", "old"}));
 }
 
+TEST_F(FileManagerContract, CopiesPlainFiles) {
+  const std::string large = std::string(2'500'000, 'x') + "end";
+  for (const std::string& bytes : {std::string(), std::string("one"), large}) {
+    files_.writeAtomically(file_, bytes);
+    files_.copy(file_, root_ / "copy");
+    EXPECT_EQ(files_.read(root_ / "copy"), bytes);
+    EXPECT_EQ(failure([&] { files_.copy(file_, root_ / "copy"); }), Kind::alreadyExists);
+    files_.remove(root_ / "copy");
+  }
+  EXPECT_EQ(failure([&] { files_.copy(root_ / "none", root_ / "copy"); }), Kind::notFound);
+  EXPECT_EQ(failure([&] { files_.copy(root_, root_ / "copy"); }), Kind::isDirectory);
+  EXPECT_EQ(failure([&] { files_.copy(file_, root_ / "none" / "copy"); }), Kind::notFound);
+  EXPECT_EQ(files_.list(root_), std::vector<std::string>{"file"}) << "nothing else is left behind";
+}
+
 TEST_F(FileManagerContract, TreatsLinksAsTheSystemDoes) {
   files_.writeAtomically(file_, "target");
   const auto link = root_ / "link";
@@ -242,6 +300,7 @@ TEST_F(FileManagerContract, DoesNotWaitForAPipe) {
   ASSERT_EQ(::mkfifo(file_.c_str(), 0600), 0);
   EXPECT_EQ(failure([&] { (void)files_.read(file_); }), Kind::other);
   EXPECT_EQ(failure([&] { files_.append(file_, "x"); }), Kind::other);
+  EXPECT_EQ(failure([&] { files_.copy(file_, root_ / "copy"); }), Kind::other);
   EXPECT_EQ(files_.info(file_)->type, Type::other);
 }
 
@@ -249,6 +308,7 @@ TEST_F(FileManagerContract, RefusesAFileThatIsTooLarge) {
   files_.writeAtomically(file_, "x");
   std::filesystem::resize_file(file_, 1ULL << 37U);
   EXPECT_EQ(failure([&] { (void)files_.read(file_); }), Kind::other);
+  EXPECT_EQ(failure([&] { files_.copy(file_, root_ / "copy"); }), Kind::other);
 }
 
 TEST_F(FileManagerContract, RemovesWhatKilledWritersLeft) {

@@ -47,6 +47,37 @@ TEST_F(WebStoreContract, keepsEveryPartOfACookieInItsOwnStore) {
   EXPECT_THAT(cookiesOf(*other), IsEmpty());
 }
 
+TEST_F(WebStoreContract, keepsWhenACookieOfTheDefaultStoreWasFirstSet) {
+  DataStore& store = *contract.platform().webEngine.defaultDataStore();
+  HttpCookie first{.name = "dated", .value = "1", .domain = "dates.example"};
+  first.expires = WallTime{4000000000};
+  first.created = WallTime{1600000000.125};
+  HttpCookie refused = first;
+  refused.name = "refused";
+  refused.value = "a;b";
+  HttpCookie anew = first;
+  anew.value = "2";
+  anew.created.reset();
+  const auto dated = [&] {
+    std::vector<HttpCookie> all = cookiesOf(store);
+    std::erase_if(all, [&](const HttpCookie& cookie) { return cookie.domain != first.domain; });
+    return all;
+  };
+  for (const HttpCookie& cookie : {refused, first}) set(store, cookie);
+  EXPECT_THAT(dated(), testing::ElementsAre(first));
+  set(store, anew);
+  anew.created = first.created;
+  EXPECT_THAT(dated(), testing::ElementsAre(anew));
+
+  HttpCookie gone = anew;
+  gone.expires = WallTime{1};
+  set(store, gone);
+  EXPECT_THAT(dated(), IsEmpty());
+  anew.created.reset();
+  set(store, anew);
+  EXPECT_THAT(dated(), testing::ElementsAre(anew));
+}
+
 /// Answers by the path: its name is what happens.
 class Answering final : public UrlSchemeHandler {
  public:
@@ -80,7 +111,9 @@ TEST_F(WebStoreContract, answersAnOwnSchemeThroughTheHandlerOfItsWebView) {
   }
   load(Url::parse("velto-history://history/later").value());
   ASSERT_TRUE(contract.runUntil([&] { return handler->held != nullptr; }));
+  EXPECT_FALSE(handler->held->isStopped());
   close();
+  EXPECT_TRUE(handler->held->isStopped());
   handler->held->respond(200, {}, "too late");
 }
 

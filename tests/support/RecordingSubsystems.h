@@ -76,6 +76,8 @@ class RecordingSubsystems {
   std::optional<bool> sessionHasWindows;
   /// What reopening the session opens.
   std::vector<std::string> sessionPages;
+  /// What the history tells; nothing by default.
+  std::function<std::optional<Url>()> newestWebPage;
   /// What each ticket is good for.
   std::map<std::string, std::vector<HttpCookie>> tickets;
   bool makesControlBars = true;
@@ -138,6 +140,7 @@ class RecordingSubsystems {
   };
   struct FakeHistory : History {
     explicit FakeHistory(Self self) : all(self) {}
+    void setOpener(LayoutWindowOpening&) override {}
     void prepare(UserDefaults&) override { all.note("history: prepare"); }
     void recordVisit(const Url& url, const std::string& title) override {
       all.note("history: visit " + url.absoluteString() + " " + title);
@@ -145,6 +148,10 @@ class RecordingSubsystems {
     void show(const std::optional<std::string>& domain) override {
       all.note("history: show " + textOf(domain));
     }
+    [[nodiscard]] std::optional<Url> newestWebPage() const override {
+      return all.newestWebPage ? all.newestWebPage() : std::nullopt;
+    }
+    void finishRecording() override { all.note("history: finish"); }
     Self all;
   };
   struct FakeSignInHandoff : SignInHandoff {
@@ -165,6 +172,9 @@ class RecordingSubsystems {
   };
   struct FakeSafariImport : SafariImport {
     explicit FakeSafariImport(Self self) : all(self) {}
+    void removeLeftovers(bool importFollows) override {
+      all.note(importFollows ? "import: leftovers but the staged copy" : "import: leftovers");
+    }
     void show(const std::optional<std::string>& sites) override { all.note("import: show " + textOf(sites)); }
     Self all;
   };

@@ -10,6 +10,7 @@
 #include <gtest/gtest.h>
 
 #include "app/AppDelegate.h"
+#include "browsing/history/HistoryStore.h"
 #include "platform/headless/HeadlessPlatform.h"
 #include "tests/support/RecordingSubsystems.h"
 #include "tests/support/UrlSupport.h"
@@ -22,6 +23,9 @@ class TestApplication {
  public:
   TestApplication() {
     headless.onFailure = [](const std::string& failure) { ADD_FAILURE() << failure; };
+    subsystems.newestWebPage = [this] {
+      return newestWebPage({headless.files(), "/data/Velto", HistoryStore::kPrimaryFileName, true});
+    };
     headless.webEngine().onLog = [this](const std::string& entry) { subsystems.note("engine: " + entry); };
   }
   ~TestApplication() {

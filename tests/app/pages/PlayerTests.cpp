@@ -57,7 +57,7 @@ class PlayerTest : public ::testing::Test {
 
   HeadlessPlatform headless_;
   test::PageWindowsSupport windows_{headless_};
-  StandardPageContent content_{headless_.platform(), windows_};
+  StandardPageContent content_{headless_.platform(), windows_, nullptr, nullptr};
 };
 
 TEST(Player, readsTheAddress) {

@@ -17,8 +17,9 @@ PROGRAMS = Path(os.environ.get("VELTO_PROGRAMS") or Path(__file__).resolve().par
 class Application:
     """The three programs with one home on one desktop. Nothing runs until something is started."""
 
-    def __init__(self, desktop):
+    def __init__(self, desktop, programs=PROGRAMS):
         self.desktop = desktop
+        self.programs = programs
         # Short, because the socket's address is.
         self.home = Path(tempfile.mkdtemp(prefix="velto-", dir="/tmp"))
         self.runtime = self.home / "runtime"
@@ -46,7 +47,7 @@ class Application:
         program, *arguments = command
         variables = self.environment | environment
         variables = {name: value for name, value in variables.items() if value is not None}
-        return subprocess.run([PROGRAMS / program, *arguments], env=variables, timeout=60, cwd=self.home,
+        return subprocess.run([self.programs / program, *arguments], env=variables, timeout=60, cwd=self.home,
                               stdin=subprocess.DEVNULL, capture_output=True, text=True)
 
     def succeed(self, *command):
@@ -56,7 +57,7 @@ class Application:
     def begin(self, *command):
         """Starts one of the programs and goes on."""
         program, *arguments = command
-        process = subprocess.Popen([PROGRAMS / program, *arguments], env=self.environment, cwd=self.home,
+        process = subprocess.Popen([self.programs / program, *arguments], env=self.environment, cwd=self.home,
                                    stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, stderr=subprocess.PIPE)
         self._direct.append(process)
         return process

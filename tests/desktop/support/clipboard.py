@@ -26,7 +26,8 @@ class Clipboard:
         self.window.convert_selection(self.selection, self.target, self.place, X.CurrentTime)
         self.x.flush()
         wait_until(self._has_come, "the copied text comes")
-        return self.window.get_full_property(self.place, X.AnyPropertyType).value.decode()
+        found = self.window.get_full_property(self.place, X.AnyPropertyType)
+        return found.value.decode() if found else ""
 
     def _has_come(self):
         pending = [self.x.next_event() for _ in range(self.x.pending_events())]

@@ -46,6 +46,7 @@ TEST(Environment, ReadsArgumentsAndFolders) {
   EXPECT_EQ(environment.applicationSupportDirectory, "/data/Velto");
   EXPECT_EQ(environment.preferencesDirectory, "/home/ann/.config/Velto/Preferences");
   EXPECT_EQ(environment.cacheDirectory, "/home/ann/.cache/Velto");
+  EXPECT_EQ(environment.temporaryDirectory, "/home/ann/.cache/Velto/Temporary");
   EXPECT_EQ(environment.documentsDirectory, std::nullopt);
   EXPECT_TRUE(environment.resourcesDirectory.is_absolute());
   EXPECT_TRUE(environment.resourcesDirectory.native().ends_with("/share/velto"));
