@@ -56,7 +56,7 @@ int run(const Environment& environment, Readiness& readiness) {
   StandardFurniture furniture(platform.clock, platform.mainQueue, platform.application.windowSystem());
   StandardLayouts layouts(platform, toasts);
   StandardHistory history(platform);
-  StandardSafari safari(platform, toasts);
+  StandardSafari safari(platform, history.safariImports(), toasts);
   StandardPageContent content(platform, layouts.sessions(), history.primary(), history.safariImports());
   const Services services =
       absent.services(layouts.sessions(), layouts.layouts(), history, safari.safariImport(), toasts);

@@ -13,6 +13,7 @@ _velto() {
     *)
       case ${COMP_WORDS[1]} in
         completion) ((COMP_CWORD == 2)) && words='bash zsh' ;;
+        history) ((COMP_CWORD > 1)) && words='--print-url --help' ;;
         import-safari) ((COMP_CWORD > 1)) && words='--from --sync --print-url --help' ;;
         layout | layouts) ((COMP_CWORD > 1)) && _velto_layouts && return ;;
       esac
@@ -22,7 +23,7 @@ _velto() {
     words='--port --size --width --height --x --y --top-left --zoom --collapsed-controls --reuse
       --background --on-top --no-focus --incognito --print-url --help --version'
   elif [[ -z $words && ${COMP_WORDS[1]} != completion ]]; then
-    ((COMP_CWORD == 1)) && words="completion import-safari layouts $(_velto_layout_names)"
+    ((COMP_CWORD == 1)) && words="completion history import-safari layouts $(_velto_layout_names)"
     [[ $current == */* ]] && compopt -o default 2>/dev/null
   fi
   local IFS=$' \t\n'

@@ -7,6 +7,10 @@ _velto() {
         ((CURRENT == 3)) && compadd bash zsh
         return
         ;;
+      history)
+        _arguments '--print-url[print the URL and open nothing]' '--help[print the usage]' '*: :'
+        return
+        ;;
       import-safari)
         _arguments '--from=[from the files in this folder]:folder:_files -/' '--sync[bring sign-ins in step with Safari]' \
           '--print-url[print the URL and open nothing]' '--help[print the usage]' '*: :'
@@ -74,6 +78,7 @@ _velto_targets() {
   local -a commands
   commands=(
     'completion:print the completion of this command for a shell'
+    'history:show the pages that were visited'
     "import-safari:import Safari's cookies and history"
     'layouts:save, open and list layouts'
   )

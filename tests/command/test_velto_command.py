@@ -52,6 +52,15 @@ TARGETS = {
 }
 
 
+@pytest.mark.parametrize("sites, query", [
+    ([], ""),
+    (["example.com"], "?domain=example.com"),
+    (["a.example", "bücher.de"], "?domain=a.example%2Cb%C3%BCcher.de"),
+])
+def test_history(velto, sites, query):
+    assert printed(velto("history", *sites, "--print-url")) == "velto://history" + query
+
+
 @pytest.mark.parametrize("text", TARGETS)
 def test_target(velto, text):
     url = printed(velto(text, "--print-url"))
@@ -168,6 +177,8 @@ WRONG_USES = {
     "completion without a shell": ["completion"],
     "completion of another shell": ["completion", "fish"],
     "completion of two shells": ["completion", "bash", "zsh"],
+    "history option": ["history", "--bogus"],
+    "history of no site": ["history", ""],
     "import option": ["import-safari", "--bogus"],
     "import of no site": ["import-safari", ""],
     "import from nowhere": ["import-safari", "--from"],
@@ -342,7 +353,7 @@ def test_failed_output_is_reported(velto):
 
 def test_version_and_help(velto):
     assert re.fullmatch(r"velto \d+\.\d+\.\d+", printed(velto("--version")))
-    for arguments in ["--help", "-h", "3000 --help", "import-safari --help", "completion --help"]:
+    for arguments in ["--help", "-h", "3000 --help", "history --help", "import-safari --help", "completion --help"]:
         result = velto(*arguments.split())
         assert (result.returncode, result.stderr) == (0, b"")
         assert result.stdout.startswith(b"Usage: velto ")
