@@ -75,12 +75,12 @@ bool endsAsHistory(const FileReader& file, const FileInfo& info, HistoryForm for
   return ending == expected;
 }
 
-std::optional<HistoryBeginning> beginningWith(const HistoryEntry& entry, const FileReader& file,
+std::optional<HistoryBeginning> beginningWith(std::span<const HistoryEntry> entries, const FileReader& file,
                                               HistoryForm form) {
   std::optional<HistoryBeginning> beginning;
   const bool asWritten = walkHistory(file, form, [&](const HistoryScanner& scanner) {
-    const bool replaces = readEntry(scanner.entry()).url == entry.url;
-    beginning = HistoryBeginning{encodeHistoryBeginning(entry, !replaces, form),
+    const bool replaces = readEntry(scanner.entry()).url == entries.back().url;
+    beginning = HistoryBeginning{encodeHistoryBeginning(entries, !replaces, form),
                                  replaces ? scanner.position() : scanner.entryPosition()};
     return false;
   });

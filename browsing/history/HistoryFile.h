@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <functional>
 #include <optional>
+#include <span>
 
 #include "browsing/history/HistoryFormat.h"
 #include "platform/foundation/FileManager.h"
@@ -30,9 +31,10 @@ struct HistoryBeginning {
   std::uint64_t restOffset = 0;
 };
 
-/// With the entry before the first one of the file, or in its place when that has the same URL. Nothing when
-/// the file has no entry, or does not begin as `encodeHistory` writes it. Throws `FileError`.
-std::optional<HistoryBeginning> beginningWith(const HistoryEntry& entry, const FileReader& file,
+/// With the entries, of which there is one at least, before the first one of the file; in its place when that
+/// has the URL of the last of them. Nothing when the file has no entry, or does not begin as `encodeHistory`
+/// writes it. Throws `FileError`.
+std::optional<HistoryBeginning> beginningWith(std::span<const HistoryEntry> entries, const FileReader& file,
                                               HistoryForm form);
 
 }  // namespace velto

@@ -193,18 +193,17 @@ std::string unescaped(std::string_view written) {
 std::string encodeHistory(std::span<const HistoryEntry> entries, HistoryForm form) {
   const Surroundings& around = surroundings(form);
   if (entries.empty()) return std::string(around.empty);
+  return encodeHistoryBeginning(entries, false, form).append(around.close);
+}
+
+std::string encodeHistoryBeginning(std::span<const HistoryEntry> entries, bool entryFollows,
+                                   HistoryForm form) {
+  const Surroundings& around = surroundings(form);
   std::string text(around.open);
   for (const HistoryEntry& entry : entries) {
     if (&entry != &entries.front()) text.append(around.between);
     appendEntry(text, entry, around);
   }
-  return text.append(around.close);
-}
-
-std::string encodeHistoryBeginning(const HistoryEntry& newest, bool entryFollows, HistoryForm form) {
-  const Surroundings& around = surroundings(form);
-  std::string text(around.open);
-  appendEntry(text, newest, around);
   return entryFollows ? text.append(around.between) : text;
 }
 

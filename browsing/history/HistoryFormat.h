@@ -30,9 +30,10 @@ std::string encodeHistory(std::span<const HistoryEntry> entries, HistoryForm for
 /// `JsonError`, also when only one entry cannot be read.
 std::vector<HistoryEntry> decodeHistory(std::string_view text);
 
-/// The beginning of a text whose rest is taken from another one: up to that entry of the other which
-/// `entryFollows` tells of, else up to what stands behind an entry there.
-std::string encodeHistoryBeginning(const HistoryEntry& newest, bool entryFollows, HistoryForm form);
+/// The beginning of a text whose rest is taken from another one: at least one entry, and what stands before
+/// that entry of the other which `entryFollows` tells of, else nothing more.
+std::string encodeHistoryBeginning(std::span<const HistoryEntry> entries, bool entryFollows,
+                                   HistoryForm form);
 
 /// What each text with entries ends with.
 std::string_view historyEnding(HistoryForm form);

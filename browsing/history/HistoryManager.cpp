@@ -1,5 +1,7 @@
 #include "browsing/history/HistoryManager.h"
 
+#include <algorithm>
+#include <cstddef>
 #include <deque>
 #include <exception>
 #include <mutex>
@@ -18,7 +20,7 @@ struct HistoryManager::State {
   std::mutex disk;
   /// Held for a moment, to look at what waits.
   std::mutex slot;
-  /// The first one stays until it is written.
+  /// What is being written stays until it is.
   std::deque<Change> waiting;
 };
 
@@ -51,27 +53,35 @@ void HistoryManager::add(Change change) {
 void HistoryManager::carryOutAll(State& state) {
   const std::lock_guard disk(state.disk);
   for (;;) {
-    Change change;
+    std::vector<HistoryEntry> visits;
     {
       const std::lock_guard lock(state.slot);
       if (state.waiting.empty()) return;
-      change = state.waiting.front();
+      for (const Change& change : state.waiting) {
+        if (!change) break;
+        visits.push_back(*change);
+      }
     }
-    carryOut(*state.store, change);
+    carryOut(*state.store, visits);
+    const std::size_t changes = std::max<std::size_t>(visits.size(), 1);
     {
       const std::lock_guard lock(state.slot);
-      state.waiting.pop_front();
+      state.waiting.erase(state.waiting.begin(),
+                          state.waiting.begin() + static_cast<std::ptrdiff_t>(changes));
     }
-    state.mainQueue.async([&notifications = state.notifications] { notifications.post(kDidChange); });
+    for (std::size_t each = 0; each < changes; ++each) {
+      state.mainQueue.async([&notifications = state.notifications] { notifications.post(kDidChange); });
+    }
   }
 }
 
-void HistoryManager::carryOut(HistoryStore& store, const Change& change) {
+/// No visits stand for clearing.
+void HistoryManager::carryOut(HistoryStore& store, const std::vector<HistoryEntry>& visits) {
   try {
-    if (change) {
-      store.record(*change);
-    } else {
+    if (visits.empty()) {
       store.save({});
+    } else {
+      store.recordAll(visits);
     }
   } catch (const std::exception&) {
     // Nothing can be done about it, and the page is there all the same.

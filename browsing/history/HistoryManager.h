@@ -3,6 +3,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "browsing/VisitRecording.h"
 #include "browsing/history/HistoryStore.h"
@@ -12,8 +13,9 @@
 
 namespace velto {
 
-/// Changes the history: one change after the other in the background, in the order of the calls. After each,
-/// also after one that failed, `kDidChange` is posted on the main thread. What fails is dropped.
+/// Changes the history in the background, in the order of the calls; visits that came while one was written
+/// are written together. For each change, also for one that failed, `kDidChange` is posted on the main thread
+/// afterwards. What fails is dropped.
 ///
 /// Main thread only. The queues and the notification center outlive it and the work in the background.
 class HistoryManager : public VisitRecording {
@@ -38,7 +40,7 @@ class HistoryManager : public VisitRecording {
   struct State;
   void add(Change change);
   static void carryOutAll(State& state);
-  static void carryOut(HistoryStore& store, const Change& change);
+  static void carryOut(HistoryStore& store, const std::vector<HistoryEntry>& visits);
 
   /// Shared with the work in the background, which may outlive this.
   std::shared_ptr<State> state_;

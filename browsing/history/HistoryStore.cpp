@@ -25,6 +25,15 @@ std::optional<Url> firstWebPage(const std::vector<HistoryEntry>& entries) {
   return std::nullopt;
 }
 
+/// Of several visits of one page in a row the last one counts.
+std::vector<HistoryEntry> newestFirst(std::span<const HistoryEntry> visits) {
+  std::vector<HistoryEntry> entries;
+  for (auto visit = visits.rbegin(); visit != visits.rend(); ++visit) {
+    if (entries.empty() || entries.back().url != visit->url) entries.push_back(*visit);
+  }
+  return entries;
+}
+
 }  // namespace
 
 HistoryStore::HistoryStore(FileManager& fileManager, std::filesystem::path directory, std::string fileName,
@@ -61,14 +70,13 @@ void HistoryStore::save(const std::vector<HistoryEntry>& entries) {
   fileManager_.writeAtomically(fileURL(), encodeHistory(entries, form()));
 }
 
-void HistoryStore::record(const HistoryEntry& entry) {
-  if (recordByCopying(entry)) return;
-  auto entries = load();
-  if (!entries.empty() && entries.front().url == entry.url) {
-    entries.front() = entry;
-  } else {
-    entries.insert(entries.begin(), entry);
-  }
+void HistoryStore::recordAll(std::span<const HistoryEntry> visits) {
+  if (visits.empty()) return;
+  auto entries = newestFirst(visits);
+  if (recordByCopying(entries)) return;
+  const auto before = load();
+  const bool replaces = !before.empty() && before.front().url == entries.back().url;
+  entries.insert(entries.end(), before.begin() + (replaces ? 1 : 0), before.end());
   save(entries);
 }
 
@@ -98,14 +106,14 @@ std::optional<std::vector<HistoryEntry>> HistoryStore::newestAsWritten(std::size
   return asWritten ? std::optional(std::move(entries)) : std::nullopt;
 }
 
-bool HistoryStore::recordByCopying(const HistoryEntry& entry) {
+bool HistoryStore::recordByCopying(std::span<const HistoryEntry> entries) {
   std::unique_ptr<FileReader> file;
   std::optional<FileInfo> info;
   std::optional<HistoryBeginning> beginning;
   try {
     file = fileManager_.open(fileURL());
     info = knownInfo(*file);
-    if (info) beginning = beginningWith(entry, *file, form());
+    if (info) beginning = beginningWith(entries, *file, form());
   } catch (const FileError&) {
     return false;
   }

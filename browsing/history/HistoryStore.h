@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <mutex>
 #include <optional>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -41,7 +42,9 @@ class HistoryStore {
   /// Puts the entry before the others, in place of the first one when that has the same URL. The same as to
   /// load, change and save, but a file that is as this class writes it is copied rather than understood.
   /// Throws `FileError`.
-  void record(const HistoryEntry& entry);
+  void record(const HistoryEntry& entry) { recordAll({&entry, 1}); }
+  /// The same for one visit after the other, in one write.
+  void recordAll(std::span<const HistoryEntry> visits);
   /// Moves the list out of the preferences, where it stands with numbers for dates. The key goes only when
   /// the file is known to be there: a list with fractions of seconds, which the file does not keep, stays for
   /// one more run. Main thread only. Never throws.
@@ -57,7 +60,7 @@ class HistoryStore {
   /// These give nothing when the file has to be understood by `load`.
   [[nodiscard]] std::optional<std::vector<HistoryEntry>> loadAsWritten() const;
   [[nodiscard]] std::optional<std::vector<HistoryEntry>> newestAsWritten(std::size_t count) const;
-  bool recordByCopying(const HistoryEntry& entry);
+  bool recordByCopying(std::span<const HistoryEntry> entries);
   void remember(const FileInfo& info) const;
   [[nodiscard]] bool remembers(const FileInfo& info) const;
 

@@ -34,10 +34,12 @@ class PlainStore {
       return {};
     }
   }
-  [[nodiscard]] std::string textWith(const HistoryEntry& entry) const {
+  [[nodiscard]] std::string textWith(const std::vector<HistoryEntry>& visits) const {
     auto entries = load();
-    if (!entries.empty() && entries.front().url == entry.url) entries.erase(entries.begin());
-    entries.insert(entries.begin(), entry);
+    for (const HistoryEntry& entry : visits) {
+      if (!entries.empty() && entries.front().url == entry.url) entries.erase(entries.begin());
+      entries.insert(entries.begin(), entry);
+    }
     return encodeHistory(entries, form_);
   }
 
@@ -170,11 +172,14 @@ class HistoryAgainstPlain {
     if (below(4) == 0) {
       ASSERT_EQ(store_.load(), before);
     }
-    const HistoryEntry visit{"https://" + std::to_string(below(3)) + ".example/",
-                             std::string(below(9), '"') + "ü\n",
-                             {1.7e9 + below(100000) / 2.0}};
-    const std::string expected = plain_.textWith(visit);
-    store_.record(visit);
+    std::vector<HistoryEntry> visits(1 + below(3));
+    for (HistoryEntry& visit : visits) {
+      visit = {"https://" + std::to_string(below(3)) + ".example/",
+               std::string(below(9), '"') + "ü\n",
+               {1.7e9 + below(100000) / 2.0}};
+    }
+    const std::string expected = plain_.textWith(visits);
+    store_.recordAll(visits);
     ASSERT_EQ(files_.read(file_), expected);
   }
 
