@@ -8,7 +8,7 @@ target_link_libraries(velto_layout_texts PUBLIC velto_launch)
 
 # The same of browsing/.
 set(browsing_texts
-    browsing/history/HistoryFormat.cpp browsing/safari/CookieKey.cpp browsing/safari/SafariBinaryCookies.cpp
+    browsing/history/HistoryFormat.cpp browsing/history/HistoryPage.cpp browsing/safari/CookieKey.cpp browsing/safari/SafariBinaryCookies.cpp
     browsing/safari/SafariSiteFilter.cpp)
 add_library(velto_browsing_texts STATIC ${browsing_texts})
 target_link_libraries(velto_browsing_texts PUBLIC velto_foundation)

@@ -18,6 +18,7 @@ namespace velto {
 
 namespace {
 
+constexpr const char* kDataPath = "/data.json";
 constexpr char kOwn = 'p';
 constexpr char kImported = 's';
 
@@ -158,6 +159,14 @@ Url HistoryPage::url(const std::optional<std::string>& domain) {
   std::string text = std::string(kScheme) + "://" + kHost + "/";
   if (domain && !domain->empty()) text += "?" + encodeQuery({{"domain", normalizeSite(*domain)}});
   return Url::parse(text).value();
+}
+
+HistoryPage::Route HistoryPage::routeOf(const std::optional<Url>& request,
+                                        const std::optional<Url>& mainDocument) {
+  if (!request || request->lowercasedHost() != kHost) return Route::notFound;
+  if (request->encodedPath() != kDataPath) return Route::page;
+  const bool isForHistoryPage = mainDocument && mainDocument->lowercasedScheme() == kScheme;
+  return isForHistoryPage ? Route::data : Route::forbidden;
 }
 
 std::vector<HistoryPage::Row> HistoryPage::rows(const std::vector<HistoryEntry>& own,

@@ -19,6 +19,8 @@ class HistoryPage {
   static constexpr const char* kHost = "history";
   static constexpr const char* kResource = "HistoryPage.html";
 
+  enum class Route { notFound, page, forbidden, data };
+
   /// One visit. The names are short because all of them go to the page at once.
   struct Row {
     /// Address and title.
@@ -35,6 +37,8 @@ class HistoryPage {
 
   /// Where the page is; with a site, showing only what lies there.
   static Url url(const std::optional<std::string>& domain);
+  /// What a request is answered with: the visits only when the history page itself asks.
+  static Route routeOf(const std::optional<Url>& request, const std::optional<Url>& mainDocument);
   /// Newest first; of the same moment, what was visited here first. `domain` is a list of sites that limits
   /// the rows.
   static std::vector<Row> rows(const std::vector<HistoryEntry>& own,

@@ -10,18 +10,11 @@ namespace velto {
 
 namespace {
 
-constexpr const char* kDataPath = "/data.json";
-
 void refuse(UrlSchemeTask& task, int status, const char* reason) {
   HistoryPage::respond(task, status, "text/plain", reason);
 }
 
 void answerNotFound(UrlSchemeTask& task) { refuse(task, 404, "Not found"); }
-
-bool isForHistoryPage(const UrlSchemeTask& task) {
-  const auto document = task.mainDocumentUrl();
-  return document && document->lowercasedScheme() == HistoryPage::kScheme;
-}
 
 /// Runs in the background.
 std::string readRows(const HistoryStore& own, const HistoryStore& imported,
@@ -41,10 +34,16 @@ VeltoHistorySchemeHandler::VeltoHistorySchemeHandler(const FileManager& files, M
 
 void VeltoHistorySchemeHandler::startTask(WebView&, std::unique_ptr<UrlSchemeTask> task) {
   const auto url = task->url();
-  if (!url || url->lowercasedHost() != HistoryPage::kHost) return answerNotFound(*task);
-  if (url->encodedPath() != kDataPath) return answerWithPage(*task);
-  if (!isForHistoryPage(*task)) return refuse(*task, 403, "Forbidden");
-  answerWithData(std::move(task), url->queryValue("domain"));
+  switch (HistoryPage::routeOf(url, task->mainDocumentUrl())) {
+    case HistoryPage::Route::notFound:
+      return answerNotFound(*task);
+    case HistoryPage::Route::page:
+      return answerWithPage(*task);
+    case HistoryPage::Route::forbidden:
+      return refuse(*task, 403, "Forbidden");
+    case HistoryPage::Route::data:
+      return answerWithData(std::move(task), url->queryValue("domain"));
+  }
 }
 
 void VeltoHistorySchemeHandler::answerWithPage(UrlSchemeTask& task) const {
