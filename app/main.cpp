@@ -51,7 +51,7 @@ int run(const Environment& environment, Readiness& readiness) {
 
   GtkPlatform gtk(environment, {"velto-player", "velto-history"});
   const Platform& platform = gtk.platform();
-  AbsentSubsystems absent;
+  AbsentSubsystems absent(SafariDataSource::standard(environment, platform.files, platform.clock));
   VeltoToast toasts(platform.application, platform.clock, platform.mainQueue);
   StandardFurniture furniture(platform.clock, platform.mainQueue, platform.application.windowSystem());
   StandardLayouts layouts(platform, toasts);

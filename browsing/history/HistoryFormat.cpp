@@ -48,8 +48,6 @@ constexpr double kLatest = 253402300799;    // 9999-12-31T23:59:59Z
 /// "2024-01-02T03:04:05Z"
 constexpr std::size_t kTimeLength = 20;
 
-WallTime readable(WallTime time) { return {std::clamp(time.secondsSince1970, kEarliest, kLatest)}; }
-
 void appendEntry(std::string& out, const HistoryEntry& entry, const Surroundings& around) {
   const auto appendText = [&out](std::string_view before, const std::string& text) {
     out.append(before.substr(0, before.size() - 1));
@@ -57,7 +55,7 @@ void appendEntry(std::string& out, const HistoryEntry& entry, const Surroundings
   };
   appendText(around.beforeUrl, entry.url);
   appendText(around.beforeTitle.substr(1), entry.title);
-  out.append(around.beforeTime.substr(1)).append(formatIso8601(readable(entry.timestamp)));
+  out.append(around.beforeTime.substr(1)).append(formatIso8601(readableHistoryTime(entry.timestamp)));
   out.append(around.afterTime);
 }
 
@@ -190,6 +188,10 @@ std::string unescaped(std::string_view written) {
 
 }  // namespace
 
+WallTime readableHistoryTime(WallTime time) {
+  return {std::clamp(time.secondsSince1970, kEarliest, kLatest)};
+}
+
 std::string encodeHistory(std::span<const HistoryEntry> entries, HistoryForm form) {
   const Surroundings& around = surroundings(form);
   if (entries.empty()) return std::string(around.empty);
@@ -270,7 +272,8 @@ HistoryScanner::Step HistoryScanner::scanTime(std::size_t& at) {
     const std::string midnight = day + "00:00:00Z";
     const auto time = parseIso8601(midnight);
     // A day may have run over into the next month.
-    if (!time || readable(*time) != *time || formatIso8601(*time) != midnight) return Step::foreign;
+    if (!time || readableHistoryTime(*time) != *time || formatIso8601(*time) != midnight)
+      return Step::foreign;
     day_.written = day;
     day_.midnight = time->secondsSince1970;
   }

@@ -22,6 +22,9 @@ struct JsonFields<HistoryEntry> {
 /// How the text of a history file is laid out: for reading by people, or without any blanks.
 enum class HistoryForm { pretty, compact };
 
+/// The nearest time that a file can hold: of the years 0 to 9999.
+WallTime readableHistoryTime(WallTime time);
+
 /// The whole text of a file: an array of objects with "url", "title" and "timestamp" in this order. Times are
 /// written at whole seconds, and those outside of the years 0 to 9999 as the nearest that can be read again.
 std::string encodeHistory(std::span<const HistoryEntry> entries, HistoryForm form);

@@ -154,14 +154,11 @@ void SafariDataSource::removeAbandonedCopies() const {
 }
 
 void SafariDataSource::removeAbandonedSnapshots() const {
-  const Path application = snapshotDirectory.parent_path();
-  for (const std::string& name : namesIn(*fileManager, application)) {
-    // The command stages in a folder whose name goes on after a dot, and renames it.
-    const std::string kind = name.substr(0, name.find('.'));
-    if (kind != kSnapshotName && kind != kSyncSnapshotName) continue;
-    const auto folder = fileManager->info(application / name);
+  for (const char* name : {kSnapshotName, kSyncSnapshotName}) {
+    const Path path = snapshotDirectory.parent_path() / name;
+    const auto folder = fileManager->info(path);
     const double age = folder ? clock->now().secondsSince1970 - folder->modified.secondsSince1970 : 0;
-    if (std::abs(age) > kAbandonedAfter) removeIfPossible(*fileManager, application / name);
+    if (std::abs(age) > kAbandonedAfter) removeIfPossible(*fileManager, path);
   }
 }
 

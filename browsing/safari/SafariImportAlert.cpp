@@ -8,14 +8,25 @@
 namespace velto {
 namespace {
 
-/// In bytes. Longer ones are none that a person gives.
-constexpr std::size_t kLongestSiteList = 16'384;
+/// In bytes, as long as the command's longest URL.
+constexpr std::size_t kLongestSiteList = 131'072;
+/// As many sites as the alert names.
+constexpr std::size_t kNamedSites = 12;
 constexpr const char* kTitle = "Import from Safari";
 constexpr const char* kAccessTitle = "Let Velto read Safari's files";
 constexpr const char* kAccessText =
     "Safari's files are not in their place in your home folder.\n\nRun `velto import-safari --from DIR`. DIR "
     "is a home folder of a Mac, on its disk or in a backup, or any folder that holds Cookies.binarycookies "
     "and History.db. Velto reads only Safari's cookies and history there, and nothing leaves this computer.";
+
+/// What else the alert tells must fit on the screen too.
+SafariSiteFilter inShort(SafariSiteFilter filter) {
+  if (filter.domains.size() <= kNamedSites) return filter;
+  const std::size_t others = filter.domains.size() - kNamedSites;
+  filter.domains.resize(kNamedSites);
+  filter.domains.push_back(std::to_string(others) + " more");
+  return filter;
+}
 
 }  // namespace
 
@@ -33,7 +44,11 @@ struct SafariImportAlert::Finding {
 
 SafariImportAlert::SafariImportAlert(const Platform& platform, const SafariDataSource& source,
                                      const std::shared_ptr<HistoryStore>& imports, Toasts& toasts)
-    : platform_(platform), source_(source), imports_(imports), importer_(platform, source, imports, toasts) {}
+    : platform_(platform),
+      source_(source),
+      imports_(imports),
+      toasts_(toasts),
+      importer_(platform, source, imports, toasts) {}
 
 SafariImportAlert::~SafariImportAlert() {
   if (isInSession_) source_.removeSnapshot();
@@ -48,8 +63,8 @@ void SafariImportAlert::removeLeftovers(bool importFollows) {
       // What the command stages from now on is for a request that is on its way.
       const auto staged = source.fileManager->info(source.snapshotDirectory);
       if (staged && staged->modified < begun) source.removeSnapshot();
-      source.removeAbandonedSnapshots();
     }
+    source.removeAbandonedSnapshots();
     mainQueue.async([self] {
       if (self) self->becomeFree();
     });
@@ -57,7 +72,9 @@ void SafariImportAlert::removeLeftovers(bool importFollows) {
 }
 
 void SafariImportAlert::show(const std::optional<std::string>& sites) {
-  if (sites && sites->size() <= kLongestSiteList) platform_.defaults.set(kSiteListKey, *sites);
+  if (sites && sites->size() > kLongestSiteList)
+    return toasts_.show("That list of sites is too long to import");
+  if (sites) platform_.defaults.set(kSiteListKey, *sites);
   if (isBusy_) {
     isCheckWanted_ = true;
   } else {
@@ -112,7 +129,8 @@ void SafariImportAlert::compare(std::shared_ptr<Reading> reading, std::vector<Ht
     Finding finding;
     finding.gap = std::make_shared<SafariImportGap>(
         SafariImportGap::compute(data, reading->filter, valuesByKey(cookies), reading->imported, now));
-    finding.statusText = importStatusText(*finding.gap, data.location, reading->filter, LocalizedFormat());
+    finding.statusText =
+        importStatusText(*finding.gap, data.location, inShort(reading->filter), LocalizedFormat());
     mainQueue.async([self, check, finding = std::move(finding)]() mutable {
       if (self) self->haveCompared(check, std::move(finding));
     });

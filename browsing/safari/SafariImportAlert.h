@@ -54,6 +54,7 @@ class SafariImportAlert : public SafariImport, public Weakable {
   Platform platform_;
   SafariDataSource source_;
   std::shared_ptr<HistoryStore> imports_;
+  Toasts& toasts_;
   SafariImporter importer_;
   /// No check may begin, as copies are being removed or a gap is being applied.
   bool isBusy_ = false;

@@ -8,6 +8,8 @@
 #include <unordered_set>
 #include <utility>
 
+#include "browsing/history/HistoryFormat.h"
+
 namespace velto {
 namespace {
 
@@ -27,17 +29,15 @@ struct VisitKeyHash {
 };
 
 VisitKey visitKey(const HistoryEntry& entry) {
-  // Far beyond the calendar, and safe to convert.
-  constexpr double kBounds = 1e18;
-  const double seconds = std::trunc(entry.timestamp.secondsSince1970);
-  return {static_cast<std::int64_t>(std::clamp(seconds, -kBounds, kBounds)), entry.url};
+  return {static_cast<std::int64_t>(importedTime(entry.timestamp).secondsSince1970), entry.url};
 }
 
 void addCookies(SafariImportGap& gap, const std::vector<SafariCookie>& cookies,
                 const SafariSiteFilter& filter, const std::map<CookieKey, std::string>& existing,
                 WallTime now) {
   for (const SafariCookie& cookie : cookies) {
-    if (cookie.expires <= now || !filter.matches(cookie.domain)) continue;
+    // One that never tells a time has none either.
+    if (!(cookie.expires > now) || !filter.matches(cookie.domain)) continue;
     const auto known = existing.find(cookieKey(cookie.domain, cookie.path, cookie.name));
     if (known == existing.end()) {
       gap.missingCookies.push_back(cookie);
@@ -64,6 +64,11 @@ void addVisits(SafariImportGap& gap, const std::vector<HistoryEntry>& history,
 }
 
 }  // namespace
+
+WallTime importedTime(WallTime time) {
+  if (std::isnan(time.secondsSince1970)) return {};
+  return readableHistoryTime({std::trunc(time.secondsSince1970)});
+}
 
 std::map<CookieKey, std::string> valuesByKey(const std::vector<HttpCookie>& cookies) {
   std::map<CookieKey, std::string> values;

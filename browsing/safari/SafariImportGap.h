@@ -15,6 +15,9 @@ namespace velto {
 /// What lies in a cookie store; of several cookies under one key the last.
 std::map<CookieKey, std::string> valuesByKey(const std::vector<HttpCookie>& cookies);
 
+/// The time of a visit as a file keeps it: whole seconds, cut towards zero, within what can be read again.
+WallTime importedTime(WallTime time);
+
 /// What Safari has and this application does not. Only values count: another expiry makes no cookie changed.
 struct SafariImportGap {
   std::vector<SafariCookie> missingCookies;

@@ -6,6 +6,7 @@
 #include "browsing/history/HistoryManager.h"
 #include "browsing/safari/SafariImportTexts.h"
 #include "platform/loop/DispatchGroup.h"
+#include "platform/web/CookieRules.h"
 
 namespace velto {
 namespace {
@@ -33,7 +34,9 @@ struct SafariImporter::Run {
 void mergeVisits(HistoryStore& store, const std::vector<HistoryEntry>& visits) {
   std::vector<HistoryEntry> all = store.load();
   all.reserve(all.size() + visits.size());
-  all.insert(all.end(), visits.begin(), visits.end());
+  for (const HistoryEntry& visit : visits) {
+    all.push_back({visit.url, visit.title, importedTime(visit.timestamp)});
+  }
   std::stable_sort(all.begin(), all.end(),
                    [](const HistoryEntry& a, const HistoryEntry& b) { return a.timestamp > b.timestamp; });
   try {
@@ -67,7 +70,7 @@ void SafariImporter::setCookies(const std::shared_ptr<Run>& run, std::size_t fir
   const auto store = platform_.webEngine.defaultDataStore();
   for (std::size_t i = first; i < end; ++i) {
     const auto cookie = makeHttpCookie(run->cookie(i).httpProperties());
-    if (!cookie) continue;
+    if (!cookie || !mayBeStored(*cookie)) continue;
     run->group.enter();
     store->cookieStore().setCookie(*cookie, [run] {
       ++run->cookiesSet;

@@ -358,6 +358,17 @@ std::vector<std::string> PosixFileManager::list(const Path& directory) const {
   return names;
 }
 
+namespace {
+
+/// A link goes, not what it leads to.
+void removeAt(const Descriptor& folder, const std::string& name) {
+  if (::unlinkat(folder.number(), name.c_str(), 0) == 0 || errno != EISDIR) return;
+  std::error_code ignored;
+  std::filesystem::remove_all("/proc/self/fd/" + std::to_string(folder.number()) + "/" + name, ignored);
+}
+
+}  // namespace
+
 void PosixFileManager::removeAbandonedWrites(const Path& directory) {
   // By the open folder, so that neither a link in its place nor one inside leads elsewhere.
   const Descriptor folder = openRetrying(directory, O_RDONLY | O_DIRECTORY | O_NOFOLLOW);
@@ -370,7 +381,7 @@ void PosixFileManager::removeAbandonedWrites(const Path& directory) {
   }
   for (const std::string& name : names) {
     const auto writer = writerOf(name);
-    if (writer && isDead(*writer)) ::unlinkat(folder.number(), name.c_str(), 0);
+    if (writer && isDead(*writer)) removeAt(folder, name);
   }
 }
 

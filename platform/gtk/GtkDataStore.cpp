@@ -41,8 +41,8 @@ std::optional<HttpCookie::SameSite> sameSiteOf(SoupSameSitePolicy policy) {
   return std::nullopt;
 }
 
-/// The last second that the engine's calendar knows, 9999-12-31T23:59:59Z.
-constexpr double kLastExpiry = 253402300799.0;
+/// The engine keeps 32 bits of it in the file: what ends later would seem to have ended.
+constexpr double kLastExpiry = 2147483647.0;
 
 void setExpiry(SoupCookie* cookie, WallTime expires) {
   const double seconds = std::clamp(expires.secondsSince1970, 0.0, kLastExpiry);

@@ -138,11 +138,10 @@ bool NavigationReporter::staysInDocument(const std::string& uri) const {
 
 std::optional<Url> NavigationReporter::documentThatAsksFor(const std::string& uri) const {
   // While the next page is on its way the engine view has its address already, but the one before still runs
-  // and asks.
+  // and may ask for that very address: only where no page is shown yet the next one asks for itself.
   const auto& attempt = navigations_.current();
-  const bool isNextPage =
-      attempt && attempt->phase == NavigationTracker::Phase::started && decidedUri_ == uri;
-  return Url::parse(isNextPage ? uri : committedUri_);
+  const bool isFirstPage = committedUri_.empty() && attempt && decidedUri_ == uri;
+  return Url::parse(isFirstPage ? uri : committedUri_);
 }
 
 void NavigationReporter::loadChanged(WebKitLoadEvent event) {

@@ -55,7 +55,7 @@ class NavigationReporter final : public Weakable {
   /// Whether the engine has not been asked yet for what was requested.
   [[nodiscard]] bool isWaiting() const { return askedLater_ && navigations_.hasRequest(); }
   [[nodiscard]] bool isResponsive() const { return responsive_ && !processGone_; }
-  /// The page that a request of an own scheme is for.
+  /// The page that asks for an address of an own scheme, or whose place it is to take.
   [[nodiscard]] std::optional<Url> documentThatAsksFor(const std::string& uri) const;
 
  private:

@@ -20,7 +20,7 @@ class UrlSchemeTask {
   virtual ~UrlSchemeTask() = default;
   /// Absent when the text that the page asked for is no URL.
   [[nodiscard]] virtual std::optional<Url> url() const = 0;
-  /// The page that asks, or that is being loaded.
+  /// The page that is shown, which may have asked; the one that is being loaded while none is shown.
   [[nodiscard]] virtual std::optional<Url> mainDocumentUrl() const = 0;
   /// Whoever asked has gone: an answer would reach nobody.
   [[nodiscard]] virtual bool isStopped() const = 0;

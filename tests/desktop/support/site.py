@@ -110,6 +110,8 @@ class Site:
                 except OSError:
                     pass  # the page was closed before it came
 
+            do_POST = do_GET  # beacons, which have no body here
+
             def _answer(self, body, headers):
                 self.send_response(200)
                 for name, value in {"Content-Type": "text/html; charset=utf-8", **headers}.items():
