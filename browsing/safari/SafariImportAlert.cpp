@@ -1,9 +1,11 @@
 #include "browsing/safari/SafariImportAlert.h"
 
+#include <algorithm>
 #include <exception>
 #include <utility>
 
 #include "browsing/safari/SafariImportTexts.h"
+#include "platform/foundation/Text.h"
 
 namespace velto {
 namespace {
@@ -12,6 +14,8 @@ namespace {
 constexpr std::size_t kLongestSiteList = 131'072;
 /// As many sites as the alert names.
 constexpr std::size_t kNamedSites = 12;
+/// In bytes, of one of them.
+constexpr std::size_t kLongestSite = 80;
 constexpr const char* kTitle = "Import from Safari";
 constexpr const char* kAccessTitle = "Let Velto read Safari's files";
 constexpr const char* kAccessText =
@@ -21,10 +25,12 @@ constexpr const char* kAccessText =
 
 /// What else the alert tells must fit on the screen too.
 SafariSiteFilter inShort(SafariSiteFilter filter) {
-  if (filter.domains.size() <= kNamedSites) return filter;
-  const std::size_t others = filter.domains.size() - kNamedSites;
-  filter.domains.resize(kNamedSites);
-  filter.domains.push_back(std::to_string(others) + " more");
+  const std::size_t count = filter.domains.size();
+  filter.domains.resize(std::min(count, kNamedSites));
+  for (std::string& site : filter.domains) {
+    if (site.size() > kLongestSite) site = repairUtf8(site.substr(0, kLongestSite)) + "…";
+  }
+  if (count > kNamedSites) filter.domains.push_back(std::to_string(count - kNamedSites) + " more");
   return filter;
 }
 

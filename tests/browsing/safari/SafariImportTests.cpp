@@ -104,8 +104,8 @@ TEST_F(SafariImportTest, appliesWhatWasChosenAndTells) {
   } cases[] = {
       {{false, false}, 0, "Already up to date with Safari"},
       {{false, true}, 0, "Imported 2 Safari visits"},
-      {{true, false}, 250, "Imported 252 sign-in cookies from Safari"},
-      {{true, true}, 250, "Imported 252 sign-in cookies and 2 visits from Safari"},
+      {{true, false}, 250, "Imported 251 sign-in cookies from Safari"},
+      {{true, true}, 250, "Imported 251 sign-in cookies and 2 visits from Safari"},
   };
   for (const auto& c : cases) {
     HeadlessCookieStore& store = headless.webEngine().defaultStore().cookieStore();
@@ -192,7 +192,10 @@ TEST_F(SafariImportTest, asksOneQuestionAtATime) {
   EXPECT_EQ(question()[0], kAccessTitle);
 
   stage({cookie("a", "1")});
-  import.show(std::string(100'000, 'x'));
+  import.show(std::string(200'000, 'x'));
+  EXPECT_THAT(toasts.log, ElementsAre("That list of sites is too long to import"));
+  toasts.log.clear();
+  import.show(std::nullopt);
   EXPECT_EQ(question(),
             offer("1 cookies for every site. 1 missing in Velto, 0 changed since the last import."));
   EXPECT_TRUE(isStaged()) << "the older question's end is not the end";
