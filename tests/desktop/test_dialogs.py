@@ -95,7 +95,8 @@ def test_nothing_is_left_of_it_when_the_person_stays(running, site):
     running.desktop.input.press("Escape")
     second.wait_until_gone()
     wait_until(window.has_focus, "the page has the keyboard again")
-    assert (window.screen.dialogs_of(window), window.shows(COLOUR)) == ([], True)
+    window.wait_until_shows(COLOUR)
+    assert window.screen.dialogs_of(window) == []
     window.ask_to_close()
     dialog_of(window)
     running.desktop.input.press("Return")
@@ -126,11 +127,24 @@ def asks_for_files(application, site):
     return window, dialog_of(window)
 
 
+def wait_until_still(panel):
+    """It goes on painting for a while after it has come up: the list of files, the row that is chosen."""
+    looks = []
+
+    def is_still():
+        looks.append(panel.picture().tobytes())
+        return len(looks) > 10 and len(set(looks[-10:])) == 1
+
+    wait_until(is_still, "the panel changes no more")
+    return looks[-1]
+
+
 def type_path(keyboard, panel, path):
     """The first slash brings up the field for it."""
-    before = panel.picture().tobytes()
+    before = wait_until_still(panel)
     keyboard.type("/")
     wait_until(lambda: panel.picture().tobytes() != before, "the field for a path appears")
+    wait_until_still(panel)
     keyboard.type(str(path)[1:])
     keyboard.press("Return")
 

@@ -50,7 +50,6 @@ USELESS = [
     "velto://open?url=",
     "velto://open?URL={page}",
     "velto://open?player=youtube&v=short&url={page}",
-    "velto://history",
     "velto://import-safari?sync=true",
     "ftp://{address}",
     "{address}",

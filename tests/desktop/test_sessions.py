@@ -4,7 +4,7 @@ import signal
 
 import pytest
 
-from support.layouts import arrangement, read_json, session_file, words_below
+from support.layouts import arrangement, history_file, read_json, session_file, words_below
 from support.waiting import wait_until
 from support.windows import Frame
 
@@ -146,6 +146,7 @@ def no_page(path):
 def test_a_damaged_session_stays_until_there_is_another(velto, site, spoil):
     arrange(velto, site)
     velto.end()
+    history_file(velto).unlink()  # else the newest page of it would be opened instead
     spoil(session_file(velto))
     before = session_file(velto).read_bytes()
     velto.start()

@@ -11,6 +11,10 @@ def session_file(application):
     return application.home / "data" / "Velto" / "Session.json"
 
 
+def history_file(application):
+    return application.home / "data" / "Velto" / "History.json"
+
+
 def read_json(path):
     """None while there is no such file. Half a file is a failure."""
     return json.loads(path.read_text()) if path.is_file() else None
