@@ -38,7 +38,7 @@ TEST_F(WebStoreContract, keepsEveryPartOfACookieInItsOwnStore) {
   full.name = "full";
   full.domain = ".site.example";
   full.path = "/deep";
-  full.expires = WallTime{4000000000};
+  full.expires = WallTime{2100000000};
   full.secure = true;
   full.httpOnly = true;
   full.sameSite = HttpCookie::SameSite::strict;
@@ -50,7 +50,7 @@ TEST_F(WebStoreContract, keepsEveryPartOfACookieInItsOwnStore) {
 TEST_F(WebStoreContract, keepsWhenACookieOfTheDefaultStoreWasFirstSet) {
   DataStore& store = *contract.platform().webEngine.defaultDataStore();
   HttpCookie first{.name = "dated", .value = "1", .domain = "dates.example"};
-  first.expires = WallTime{4000000000};
+  first.expires = WallTime{2100000000};
   first.created = WallTime{1600000000.125};
   HttpCookie refused = first;
   refused.name = "refused";
