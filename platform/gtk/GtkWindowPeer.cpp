@@ -36,6 +36,13 @@ void drawAsAWhole(GdkWindow* window, cairo_region_t* invalid) {
   cairo_region_union_rectangle(invalid, &whole);
 }
 
+/// The X server paints a window with this when it comes up, until its first drawing, which in a new process
+/// takes a moment. GDK forgets it when it sizes the window, and should: it would flicker.
+void beWhiteUntilDrawn(GdkWindow* window) {
+  Display* const display = GDK_WINDOW_XDISPLAY(window);
+  XSetWindowBackground(display, GDK_WINDOW_XID(window), WhitePixel(display, DefaultScreen(display)));
+}
+
 bool isShortcut(const Modifiers& held) { return held.control || held.command || held.option; }
 
 }  // namespace
@@ -144,7 +151,10 @@ void GtkWindowPeer::order(Order order) {
   }
   realize();
   shape_.update();
-  if (gtk_widget_get_visible(widget_.get()) == FALSE) frame_.willShow();
+  if (gtk_widget_get_visible(widget_.get()) == FALSE) {
+    frame_.willShow();
+    if (window_.isOpaque()) beWhiteUntilDrawn(gtk_widget_get_window(widget_.get()));
+  }
   if (order == Order::frontAndKey) {
     focusPage();
     system_.focus().expect(window_);
