@@ -24,7 +24,6 @@ class HeadlessCookieStore final : public CookieStore {
   /// Sets the oldest held cookie and queues its completion; false when there is none.
   bool completeOne();
   void completeAll();
-  [[nodiscard]] std::size_t heldCookies() const { return waiting_.size(); }
   /// In the order in which they were first set.
   [[nodiscard]] const std::vector<HttpCookie>& cookies() const { return *cookies_; }
 

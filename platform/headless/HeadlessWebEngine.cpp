@@ -24,14 +24,6 @@ ScriptedPage HeadlessWebEngine::pageAt(const Url& url) const {
   return {};
 }
 
-std::vector<std::shared_ptr<HeadlessDataStore>> HeadlessWebEngine::nonPersistentStores() const {
-  std::vector<std::shared_ptr<HeadlessDataStore>> stores;
-  for (const auto& weak : otherStores_) {
-    if (auto store = weak.lock()) stores.push_back(std::move(store));
-  }
-  return stores;
-}
-
 std::unique_ptr<WebView> HeadlessWebEngine::makeWebView(const Rect& frame,
                                                         WebViewConfiguration configuration) {
   auto webView = std::make_unique<HeadlessWebView>(*this, frame, std::move(configuration));
@@ -41,9 +33,7 @@ std::unique_ptr<WebView> HeadlessWebEngine::makeWebView(const Rect& frame,
 }
 
 std::shared_ptr<DataStore> HeadlessWebEngine::makeNonPersistentDataStore() {
-  auto store = std::make_shared<HeadlessDataStore>(loop_, false);
-  otherStores_.push_back(store);
-  return store;
+  return std::make_shared<HeadlessDataStore>(loop_, false);
 }
 
 void HeadlessWebEngine::note(std::string entry) {

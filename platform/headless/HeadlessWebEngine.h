@@ -31,8 +31,6 @@ class HeadlessWebEngine final : public WebEngine {
   /// The live ones, in the order in which they were made.
   [[nodiscard]] const std::vector<HeadlessWebView*>& webViews() const { return webViews_; }
   [[nodiscard]] HeadlessDataStore& defaultStore() { return *defaultStore_; }
-  /// Those that something still holds, in the order in which they were made.
-  [[nodiscard]] std::vector<std::shared_ptr<HeadlessDataStore>> nonPersistentStores() const;
   /// What was asked of the engine and its web views, in order, as "makeWebView", "load http://a.example/",
   /// "loadHtml <base URL>", "loadSubstitute <address>", "reload", "goBack", "goForward", "stopLoading".
   [[nodiscard]] const std::vector<std::string>& log() const { return log_; }
@@ -56,7 +54,6 @@ class HeadlessWebEngine final : public WebEngine {
  private:
   VirtualLoop& loop_;
   std::shared_ptr<HeadlessDataStore> defaultStore_;
-  std::vector<std::weak_ptr<HeadlessDataStore>> otherStores_;
   std::map<std::string, ScriptedPage, std::less<>> pages_;
   std::vector<HeadlessWebView*> webViews_;
   std::vector<std::string> log_;

@@ -61,7 +61,6 @@ class HeadlessWebView final : public WebView {
   }
   /// The store in use, be it given or the engine's default.
   [[nodiscard]] HeadlessDataStore& dataStore() const;
-  [[nodiscard]] bool isCrashed() const { return crashed_; }
   /// @}
 
   std::optional<Navigation> load(const UrlRequest& request) override;

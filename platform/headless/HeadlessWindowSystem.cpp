@@ -18,7 +18,7 @@ class HeadlessWindowSystem::Peer final : public WindowPeer {
   void attributesChanged() override {}
   void order(Order order) override { system_.ordered(window_, order); }
   void setMiniaturized(bool miniaturized) override { system_.setMiniaturized(window_, miniaturized); }
-  [[nodiscard]] int grantedLevel() const override { return system_.grantedLevel(window_); }
+  [[nodiscard]] int grantedLevel() const override { return window_.level(); }
 
  private:
   HeadlessWindowSystem& system_;
@@ -48,7 +48,6 @@ std::unique_ptr<WindowPeer> HeadlessWindowSystem::makePeer(Window& window) {
 }
 
 void HeadlessWindowSystem::ordered(Window& window, WindowPeer::Order order) {
-  orders_.push_back({&window, order});
   if (order != WindowPeer::Order::out) {
     raise(window);
     if (order == WindowPeer::Order::front) return;
@@ -145,16 +144,12 @@ void HeadlessWindowSystem::windowGone(Window& window) {
   giveUpKey(window);
 }
 
-int HeadlessWindowSystem::grantedLevel(const Window& window) const {
-  return grantsFloating_ ? window.level() : kNormalWindowLevel;
-}
-
 std::vector<Window*> HeadlessWindowSystem::frontToBack() const {
   std::vector<Window*> windows;
   std::copy_if(stack_.rbegin(), stack_.rend(), std::back_inserter(windows),
                [this](Window* w) { return isOnScreen(*w); });
   std::stable_sort(windows.begin(), windows.end(),
-                   [this](Window* a, Window* b) { return grantedLevel(*a) > grantedLevel(*b); });
+                   [this](Window* a, Window* b) { return a->level() > b->level(); });
   return windows;
 }
 

@@ -24,13 +24,6 @@ namespace velto {
 /// that had it last.
 class HeadlessWindowSystem final : public WindowSystem {
  public:
-  struct Ordered {
-    /// For comparing only; the window may be gone.
-    const Window* window = nullptr;
-    WindowPeer::Order order = WindowPeer::Order::out;
-    bool operator==(const Ordered&) const = default;
-  };
-
   /// Absent for a cancelled question.
   using ChosenFiles = std::optional<std::vector<std::filesystem::path>>;
 
@@ -45,8 +38,6 @@ class HeadlessWindowSystem final : public WindowSystem {
   static Screen defaultScreen();
   void setScreens(std::vector<Screen> screens) { screens_ = std::move(screens); }
   void setPrefersReducedMotion(bool prefers) { reducedMotion_ = prefers; }
-  /// Whether a window that asks for a level above the normal one gets it. At first it does.
-  void grantsFloating(bool grants) { grantsFloating_ = grants; }
 
   /// @name The person's hands
   /// @{
@@ -79,9 +70,7 @@ class HeadlessWindowSystem final : public WindowSystem {
   /// @{
   /// The windows on the screen, the frontmost first.
   [[nodiscard]] std::vector<Window*> frontToBack() const;
-  [[nodiscard]] const std::vector<Ordered>& orders() const { return orders_; }
   [[nodiscard]] int activations() const { return activations_; }
-  [[nodiscard]] int beeps() const { return beeps_; }
   [[nodiscard]] bool isStopped() const { return stopped_; }
   /// @}
 
@@ -93,7 +82,7 @@ class HeadlessWindowSystem final : public WindowSystem {
                         OpenPanelCompletion completion) override;
   void dismissSheet(SheetId sheet) override;
   [[nodiscard]] bool prefersReducedMotion() const override { return reducedMotion_; }
-  void beep() override { ++beeps_; }
+  void beep() override {}
   void stop() override { stopped_ = true; }
 
  private:
@@ -109,14 +98,12 @@ class HeadlessWindowSystem final : public WindowSystem {
   void windowGone(Window& window);
   void dismissSheetsOfClosedWindows();
   void answerAlert(const std::function<std::size_t(const Alert&)>& button, std::optional<std::string> text);
-  [[nodiscard]] int grantedLevel(const Window& window) const;
 
   VirtualLoop& loop_;
   Application* application_ = nullptr;
   std::function<void(const Window&)> windowLeftScreen_;
   std::vector<Screen> screens_;
   bool reducedMotion_ = false;
-  bool grantsFloating_ = true;
   /// Back to front, without regard to levels.
   std::vector<Window*> stack_;
   /// The one that had the keyboard last is the last.
@@ -124,12 +111,10 @@ class HeadlessWindowSystem final : public WindowSystem {
   /// Ahead of what the application knows while a window is being destroyed.
   const Window* keyHolder_ = nullptr;
   bool keyboardIsElsewhere_ = true;
-  std::vector<Ordered> orders_;
   HeadlessSheets<Alert, AlertAnswer> alerts_;
   HeadlessSheets<OpenPanel, ChosenFiles> openPanels_;
   SheetId lastSheet_ = 0;
   int activations_ = 0;
-  int beeps_ = 0;
   bool stopped_ = false;
   /// Tells queued steps that the window system is still there.
   std::shared_ptr<char> alive_ = std::make_shared<char>();

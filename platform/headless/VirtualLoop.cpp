@@ -23,7 +23,7 @@ constexpr int kMostWorkAtOnce = 100'000;
 
 }  // namespace
 
-VirtualLoop::VirtualLoop() : uptime_(kFirstUptime), wallOffset_(kFirstWallTime - kFirstUptime) {}
+VirtualLoop::VirtualLoop() : uptime_(kFirstUptime) {}
 
 VirtualLoop::~VirtualLoop() { discardAll(); }
 
@@ -32,13 +32,11 @@ VirtualLoop::Nanoseconds VirtualLoop::fromSeconds(double seconds) {
   return std::llround(std::min(seconds, kLongestSeconds) * kPerSecond);
 }
 
-WallTime VirtualLoop::now() const { return {static_cast<double>(uptime_ + wallOffset_) / kPerSecond}; }
+WallTime VirtualLoop::now() const {
+  return {static_cast<double>(uptime_ - kFirstUptime + kFirstWallTime) / kPerSecond};
+}
 
 Uptime VirtualLoop::uptime() const { return {static_cast<double>(uptime_) / kPerSecond}; }
-
-void VirtualLoop::setWallTime(WallTime time) {
-  wallOffset_ = std::llround(time.secondsSince1970 * kPerSecond) - uptime_;
-}
 
 void VirtualLoop::jump(double seconds) { uptime_ += fromSeconds(seconds); }
 

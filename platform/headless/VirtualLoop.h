@@ -17,8 +17,8 @@ namespace velto {
 /// The main queue and the clock of a test: time stands still until the test moves it.
 ///
 /// Uptime starts at 1000 s, the wall clock at 2024-01-02T03:04:05Z. Time is kept in whole nanoseconds, so
-/// that ten steps of 0.1 s reach a deadline of 1 s. Work may call `jump` and `setWallTime`, but not the
-/// members that run work.
+/// that ten steps of 0.1 s reach a deadline of 1 s. Work may call `jump`, but not the members that
+/// run work.
 class VirtualLoop final : public MainQueue, public Clock {
  public:
   VirtualLoop();
@@ -36,13 +36,8 @@ class VirtualLoop final : public MainQueue, public Clock {
   void advance(double seconds);
   /// Runs queued work until there is none; time stands still and nothing that is merely due is run.
   void drain();
-  /// Runs what is queued now and leaves what that work queues for the next turn. False when nothing was
-  /// queued.
-  bool runTurn();
   /// Time goes by and nothing runs, as while the machine sleeps or the thread is busy.
   void jump(double seconds);
-  /// The person sets the clock; uptime goes on as it was.
-  void setWallTime(WallTime time);
 
   [[nodiscard]] std::size_t queuedTasks() const;
   [[nodiscard]] std::size_t pendingWorkItems() const;
@@ -74,11 +69,13 @@ class VirtualLoop final : public MainQueue, public Clock {
   using Wakeups = std::map<Key, Wakeup>;
 
   static Nanoseconds fromSeconds(double seconds);
+  /// Runs what is queued now and leaves what that work queues for the next turn. False when nothing was
+  /// queued.
+  bool runTurn();
   Key nextKey(Nanoseconds due) { return {due, ++sequence_}; }
   void run(const Wakeups::iterator& next);
 
   Nanoseconds uptime_;
-  Nanoseconds wallOffset_ = 0;
   std::uint64_t sequence_ = 0;
   /// Shared, so that a work item or a timer that outlives the loop finds it gone.
   std::shared_ptr<Wakeups> wakeups_ = std::make_shared<Wakeups>();

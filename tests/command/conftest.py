@@ -1,6 +1,7 @@
 """A copy of the command with a hand-off program that only writes down how it was called."""
 
 import os
+import re
 import shutil
 import subprocess
 from pathlib import Path
@@ -40,11 +41,18 @@ class Command:
         return self.launch([*self.shell, self.path], *arguments, cwd=cwd, **environment)
 
     def launch(self, program, *arguments, cwd=None, **environment):
-        inherited = {name: value for name, value in os.environ.items() if name != "LC_ALL"}
-        inherited["XDG_DATA_HOME"] = str(self.root / "data")
         return subprocess.run(
-            [*program, *arguments], cwd=cwd or self.root, env=inherited | environment, capture_output=True,
-            stdin=subprocess.DEVNULL, timeout=20)
+            [*program, *arguments], cwd=cwd or self.root, env=self.environment(**environment),
+            capture_output=True, stdin=subprocess.DEVNULL, timeout=20)
+
+    def without_other_programs(self, *arguments):
+        """No process can be started but the shell itself."""
+        shell = [shutil.which(self.shell[0]), *self.shell[1:]]
+        return self.launch([*shell, self.path], *arguments, PATH="/nonexistent")
+
+    def environment(self, **more):
+        inherited = {name: value for name, value in os.environ.items() if name != "LC_ALL"}
+        return inherited | {"XDG_DATA_HOME": str(self.root / "data")} | more
 
     def write_index(self, *layouts):
         """The list that the application keeps; a layout is a tuple of its fields."""
@@ -52,6 +60,31 @@ class Command:
         index.parent.mkdir(parents=True, exist_ok=True)
         index.write_text("".join("\t".join(layout) + "\n" for layout in layouts), newline="")
         return index
+
+    def printed(self, *arguments, **environment):
+        result = self(*arguments, **environment)
+        assert (result.returncode, result.stderr) == (0, b""), arguments
+        return os.fsdecode(result.stdout)
+
+    def refused(self, *arguments, status=2, **environment):
+        """The one line that tells why."""
+        result = self(*arguments, **environment)
+        assert (result.returncode, result.stdout) == (status, b""), arguments
+        assert re.fullmatch(rb"velto: [^\n]+\n", result.stderr)
+        assert self.handed_over() is None
+        return os.fsdecode(result.stderr)
+
+    def completed(self, *words):
+        """What bash offers for the last word."""
+        quoted = " ".join(f"'{word}'" for word in words)
+        script = f"""set -u; source /dev/stdin
+          COMP_WORDS=(velto {quoted}); COMP_CWORD={len(words)}
+          _velto; complete -p velto >/dev/null && echo "${{COMPREPLY[*]-}}" """
+        environment = self.environment(PATH=f"{self.folder}:{os.environ['PATH']}")
+        result = subprocess.run(["bash", "-c", script], input=self("completion", "bash").stdout,
+                                capture_output=True, env=environment)
+        assert result.stderr == b""
+        return result.stdout.decode().strip()
 
     def handed_over(self):
         """The locale and the arguments of the hand-off, or None when nothing was handed over."""

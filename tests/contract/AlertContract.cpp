@@ -40,7 +40,7 @@ TEST_F(AlertContract, EveryButtonAnswersOnceAndLater) {
     for (std::size_t button = 0; button < question.buttons.size(); ++button) {
       answers.clear();
       show(question, sheetOn);
-      letPass(0.05);
+      contract.letPass(0.05);
       EXPECT_THAT(answers, IsEmpty());
       contract.answerAlert(button);
       EXPECT_THAT(answers, IsEmpty());
@@ -114,13 +114,13 @@ TEST_F(AlertContract, FilesAreChosenOrNot) {
   };
   for (const Files& answer : given) {
     ask(chosen.size() == 1);
-    letPass(0.2);
+    contract.letPass(0.2);
     contract.answerOpenPanel(answer);
   }
   EXPECT_TRUE(contract.runUntil([&] { return chosen.size() == 3; }));
   EXPECT_EQ(chosen, given);
   ask(false);
-  letPass(0.2);
+  contract.letPass(0.2);
   window->close();
   EXPECT_TRUE(contract.runUntil([&] { return chosen.size() == 4; }));
   EXPECT_EQ(chosen.back(), std::nullopt);

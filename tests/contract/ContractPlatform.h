@@ -46,6 +46,11 @@ class ContractPlatform {
     return condition();
   }
 
+  /// Gives what should not happen the time to happen.
+  void letPass(double seconds) {
+    static_cast<void>(runUntil([] { return false; }, seconds));
+  }
+
   /// The thread does something else; callable from within work.
   void beBusy(double seconds) { headless_.loop().jump(seconds); }
 
@@ -73,6 +78,19 @@ class ContractPlatform {
 
 #else
 
+/// The button goes down or up over the widget.
+inline void sendButton(GtkWidget* widget, Point point, int button, GdkEventType type) {
+  GdkEvent* const event = gdk_event_new(type);
+  event->button.window = GDK_WINDOW(g_object_ref(gtk_widget_get_window(widget)));
+  event->button.send_event = TRUE;
+  event->button.x = point.x;
+  event->button.y = point.y;
+  event->button.button = static_cast<guint>(button);
+  gdk_event_set_device(event, gdk_seat_get_pointer(gdk_display_get_default_seat(gdk_display_get_default())));
+  gtk_widget_event(widget, event);
+  gdk_event_free(event);
+}
+
 /// The platform of all tests of the process, and the hands of a person. It needs a display with a window
 /// manager.
 class ContractPlatform {
@@ -86,6 +104,11 @@ class ContractPlatform {
     while (!condition() && !late) gtk().runOnce();
     deadline.cancel();
     return condition();
+  }
+
+  /// Gives what should not happen the time to happen.
+  void letPass(double seconds) {
+    static_cast<void>(runUntil([] { return false; }, seconds));
   }
 
   /// The thread does something else; callable from within work.
@@ -124,22 +147,13 @@ class ContractPlatform {
   void release(Window& window, Point point, int button) { click(window, point, button, GDK_BUTTON_RELEASE); }
 
  private:
-  void click(Window& window, Point point, int button, GdkEventType type) {
+  static void click(Window& window, Point point, int button, GdkEventType type) {
     GtkWindow* const toplevel = static_cast<GtkWindowPeer*>(window.peer())->toplevel();
-    GtkWidget* const content = gtk_bin_get_child(GTK_BIN(toplevel));
-    GdkEvent* const event = gdk_event_new(type);
-    event->button.window = GDK_WINDOW(g_object_ref(gtk_widget_get_window(content)));
-    event->button.send_event = TRUE;
-    event->button.x = point.x;
-    event->button.y = window.frame().size.height - point.y;
-    event->button.button = static_cast<guint>(button);
-    GdkSeat* const seat = gdk_display_get_default_seat(gdk_display_get_default());
-    gdk_event_set_device(event, gdk_seat_get_pointer(seat));
-    gtk_widget_event(content, event);
-    gdk_event_free(event);
+    const Point inWidget{point.x, window.frame().size.height - point.y};
+    sendButton(gtk_bin_get_child(GTK_BIN(toplevel)), inWidget, button, type);
   }
 
-  /// Folders that are gone when the process ends.
+  /// Folders that go when the process ends, whatever the engine's processes still do there.
   class TemporaryHome {
    public:
     TemporaryHome() {

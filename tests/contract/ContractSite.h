@@ -57,4 +57,15 @@ class ContractSite {
   std::unique_ptr<Server> server_;
 };
 
+inline std::optional<JsonValue> ContractSite::evaluate(WebView& webView, const std::string& script) {
+  bool answered = false;
+  std::optional<JsonValue> result;
+  webView.evaluateJavaScript(script, [&](std::optional<JsonValue> value) {
+    result = std::move(value);
+    answered = true;
+  });
+  EXPECT_TRUE(contract_.runUntil([&] { return answered; })) << script;
+  return result;
+}
+
 }  // namespace velto::test

@@ -3,10 +3,10 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <gtest/gtest.h>
-#include <stdlib.h>
 
 #include "platform/foundation/FileManager.h"
 
@@ -18,6 +18,7 @@
 #include <unistd.h>
 
 #include "platform/foundation/PosixFileManager.h"
+#include "tests/support/TemporaryFolder.h"
 #endif
 
 namespace velto {
@@ -44,26 +45,18 @@ class Backend {
 
 #else
 
-/// The disk below an empty folder that goes at the end.
+/// The disk below an empty folder.
 class Backend {
  public:
-  Backend() {
-    std::string name = (std::filesystem::temp_directory_path() / "velto-files-XXXXXX").native();
-    if (::mkdtemp(name.data()) == nullptr) throw std::runtime_error("no temporary folder");
-    root_ = name;
-  }
-  Backend(const Backend&) = delete;
-  Backend& operator=(const Backend&) = delete;
-  ~Backend() { std::filesystem::remove_all(root_); }
   [[nodiscard]] FileManager& files() { return files_; }
-  [[nodiscard]] std::filesystem::path root() const { return root_; }
+  [[nodiscard]] std::filesystem::path root() const { return folder_.path; }
   static void makeLink(const std::filesystem::path& path, const std::filesystem::path& target) {
     std::filesystem::create_symlink(target, path);
   }
 
  private:
   PosixFileManager files_;
-  std::filesystem::path root_;
+  test::TemporaryFolder folder_;
 };
 
 #endif
@@ -85,14 +78,61 @@ class FileManagerContract : public testing::Test {
   const std::filesystem::path file_ = root_ / "file";
 };
 
-TEST_F(FileManagerContract, WritesAndReadsWholeFiles) {
-  for (const std::string& bytes :
-       {std::string("one"), std::string(), std::string(100000, 'x'), std::string("\0\n", 2)}) {
+TEST_F(FileManagerContract, WritesAndReadsAndCopiesWholeFiles) {
+  const std::string large = std::string(2'500'000, 'x') + "end";
+  const auto copy = root_ / "copy";
+  for (const std::string& bytes : {std::string("one"), std::string(), large, std::string("\0\n", 2)}) {
     files_.writeAtomically(file_, bytes);
     EXPECT_EQ(files_.read(file_), bytes);
     EXPECT_EQ(files_.info(file_)->size, bytes.size());
+    files_.copy(file_, copy);
+    EXPECT_EQ(files_.read(copy), bytes);
+    EXPECT_EQ(failure([&] { files_.copy(file_, copy); }), Kind::alreadyExists);
+    files_.remove(copy);
   }
   EXPECT_EQ(files_.list(root_), std::vector<std::string>{"file"}) << "nothing else is left behind";
+}
+
+TEST_F(FileManagerContract, TellsWhyNotAndLeavesNothingBehind) {
+  files_.writeAtomically(file_, "one");
+  const auto folder = root_ / "folder";
+  const auto none = root_ / "none";
+  files_.createDirectory(folder);
+  const std::pair<std::function<void()>, Kind> cases[] = {
+      {[&] { (void)files_.read(none); }, Kind::notFound},
+      {[&] { (void)files_.read(folder); }, Kind::isDirectory},
+      {[&] { (void)files_.read(file_ / "inside"); }, Kind::notDirectory},
+      {[&] { (void)files_.open(none); }, Kind::notFound},
+      {[&] { (void)files_.open(folder); }, Kind::isDirectory},
+      {[&] { files_.writeAtomically(none / "file", "x"); }, Kind::notFound},
+      {[&] { files_.writeAtomically(file_ / "inside", "x"); }, Kind::notDirectory},
+      {[&] { files_.writeAtomically(folder, "x"); }, Kind::isDirectory},
+      {[&] { files_.append(none / "file", "x"); }, Kind::notFound},
+      {[&] { files_.append(folder, "x"); }, Kind::isDirectory},
+      {[&] { files_.copy(none, root_ / "copy"); }, Kind::notFound},
+      {[&] { files_.copy(folder, root_ / "copy"); }, Kind::isDirectory},
+      {[&] { files_.copy(file_, none / "copy"); }, Kind::notFound},
+      {[&] { files_.rename(none, root_ / "moved"); }, Kind::notFound},
+      {[&] { files_.rename(file_, none / "moved"); }, Kind::notFound},
+      {[&] { files_.rename(file_, folder); }, Kind::alreadyExists},
+      {[&] { files_.createDirectory(file_); }, Kind::alreadyExists},
+      {[&] { files_.remove(none); }, Kind::notFound},
+      {[&] { (void)files_.list(none); }, Kind::notFound},
+      {[&] { (void)files_.list(file_); }, Kind::notDirectory},
+  };
+  for (std::size_t at = 0; at < std::size(cases); ++at) {
+    EXPECT_EQ(failure(cases[at].first), cases[at].second) << "case " << at;
+  }
+  try {
+    (void)files_.read(none);
+  } catch (const FileError& error) {
+    EXPECT_STREQ(error.what(), "“none” could not be read: it does not exist.");
+  }
+  EXPECT_TRUE(failure([&] { files_.createDirectory(file_ / "inside"); }));
+  EXPECT_TRUE(failure([&] { files_.rename(folder, folder / "inside"); }));
+  EXPECT_EQ(files_.readIfPossible(none), std::nullopt);
+  EXPECT_EQ(files_.read(file_), "one");
+  EXPECT_EQ(files_.list(root_), (std::vector<std::string>{"file", "folder"}));
 }
 
 TEST_F(FileManagerContract, EveryReplacementCanBeTold) {
@@ -120,8 +160,6 @@ TEST_F(FileManagerContract, ReadsAnOpenFileInPartsWhateverTakesItsPlace) {
   EXPECT_EQ(read(10, 4), "");
   EXPECT_EQ(read(1000, 4), "");
   EXPECT_NE(files_.info(file_), reader->info());
-  EXPECT_EQ(failure([&] { (void)files_.open(root_ / "none"); }), Kind::notFound);
-  EXPECT_EQ(failure([&] { (void)files_.open(root_); }), Kind::isDirectory);
 }
 
 TEST_F(FileManagerContract, ReplacesABeginningOnlyOfTheFileThatIsKnown) {
@@ -154,37 +192,6 @@ TEST_F(FileManagerContract, AppendsToTheEnd) {
   files_.append(file_, "two");
   EXPECT_EQ(files_.read(file_), "onetwo");
   EXPECT_EQ(files_.info(file_)->inode, before->inode);
-  EXPECT_EQ(failure([&] { files_.append(root_, "x"); }), Kind::isDirectory);
-  EXPECT_EQ(failure([&] { files_.append(root_ / "none" / "file", "x"); }), Kind::notFound);
-}
-
-TEST_F(FileManagerContract, ReadsOnlyWhatIsThere) {
-  files_.writeAtomically(file_, "one");
-  EXPECT_EQ(failure([&] { (void)files_.read(root_ / "none"); }), Kind::notFound);
-  EXPECT_EQ(failure([&] { (void)files_.read(root_); }), Kind::isDirectory);
-  EXPECT_EQ(failure([&] { (void)files_.read(file_ / "inside"); }), Kind::notDirectory);
-  EXPECT_EQ(files_.readIfPossible(root_ / "none"), std::nullopt);
-  EXPECT_EQ(files_.readIfPossible(file_), "one");
-  EXPECT_FALSE(files_.exists(root_ / "none"));
-}
-
-TEST_F(FileManagerContract, WritesOnlyIntoFolders) {
-  files_.writeAtomically(file_, "one");
-  files_.createDirectory(root_ / "folder");
-  EXPECT_EQ(failure([&] { files_.writeAtomically(root_ / "none" / "file", "x"); }), Kind::notFound);
-  EXPECT_EQ(failure([&] { files_.writeAtomically(file_ / "inside", "x"); }), Kind::notDirectory);
-  EXPECT_EQ(failure([&] { files_.writeAtomically(root_ / "folder", "x"); }), Kind::isDirectory);
-  EXPECT_EQ(files_.list(root_), (std::vector<std::string>{"file", "folder"}))
-      << "nothing else is left behind";
-}
-
-TEST_F(FileManagerContract, NamesTheFileInItsErrors) {
-  try {
-    (void)files_.read(root_ / "Session.json");
-    FAIL();
-  } catch (const FileError& error) {
-    EXPECT_STREQ(error.what(), "“Session.json” could not be read: it does not exist.");
-  }
 }
 
 TEST_F(FileManagerContract, MakesFoldersWithThoseAbove) {
@@ -193,9 +200,6 @@ TEST_F(FileManagerContract, MakesFoldersWithThoseAbove) {
   files_.createDirectory(root_ / "a" / "b" / "c" / "");
   EXPECT_EQ(files_.read(root_ / "a" / "b" / "c" / "file"), "x");
   EXPECT_EQ(files_.info(root_ / "a")->type, Type::directory);
-  files_.writeAtomically(file_, "x");
-  EXPECT_EQ(failure([&] { files_.createDirectory(file_); }), Kind::alreadyExists);
-  EXPECT_TRUE(failure([&] { files_.createDirectory(file_ / "inside"); }));
 }
 
 TEST_F(FileManagerContract, RemovesFilesAndTrees) {
@@ -205,7 +209,6 @@ TEST_F(FileManagerContract, RemovesFilesAndTrees) {
   files_.remove(root_ / "a");
   EXPECT_EQ(files_.list(root_), std::vector<std::string>{"ab"});
   EXPECT_FALSE(files_.exists(root_ / "a" / "b" / "file"));
-  EXPECT_EQ(failure([&] { files_.remove(root_ / "a"); }), Kind::notFound);
 }
 
 TEST_F(FileManagerContract, ListsInByteOrder) {
@@ -215,8 +218,6 @@ TEST_F(FileManagerContract, ListsInByteOrder) {
   files_.writeAtomically(root_ / "a" / "inside", "");
   EXPECT_EQ(files_.list(root_),
             (std::vector<std::string>{".hidden", "B", "a", "a.b", "a10", "a9", "b", "é"}));
-  EXPECT_EQ(failure([&] { (void)files_.list(root_ / "none"); }), Kind::notFound);
-  EXPECT_EQ(failure([&] { (void)files_.list(root_ / "b"); }), Kind::notDirectory);
 }
 
 TEST_F(FileManagerContract, RenamesFilesAndFolders) {
@@ -232,26 +233,7 @@ TEST_F(FileManagerContract, RenamesFilesAndFolders) {
   files_.writeAtomically(root_ / "a" / "b" / "x", "x");
   files_.rename(root_ / "a", root_ / "c");
   EXPECT_EQ(files_.read(root_ / "c" / "b" / "x"), "x");
-  EXPECT_EQ(failure([&] { files_.rename(root_ / "none", root_ / "d"); }), Kind::notFound);
-  EXPECT_EQ(failure([&] { files_.rename(root_ / "old", root_ / "none" / "d"); }), Kind::notFound);
-  EXPECT_EQ(failure([&] { files_.rename(root_ / "old", root_ / "c"); }), Kind::alreadyExists);
-  EXPECT_TRUE(failure([&] { files_.rename(root_ / "c", root_ / "c" / "b" / "d"); }));
   EXPECT_EQ(files_.list(root_), (std::vector<std::string>{"c", "old"}));
-}
-
-TEST_F(FileManagerContract, CopiesPlainFiles) {
-  const std::string large = std::string(2'500'000, 'x') + "end";
-  for (const std::string& bytes : {std::string(), std::string("one"), large}) {
-    files_.writeAtomically(file_, bytes);
-    files_.copy(file_, root_ / "copy");
-    EXPECT_EQ(files_.read(root_ / "copy"), bytes);
-    EXPECT_EQ(failure([&] { files_.copy(file_, root_ / "copy"); }), Kind::alreadyExists);
-    files_.remove(root_ / "copy");
-  }
-  EXPECT_EQ(failure([&] { files_.copy(root_ / "none", root_ / "copy"); }), Kind::notFound);
-  EXPECT_EQ(failure([&] { files_.copy(root_, root_ / "copy"); }), Kind::isDirectory);
-  EXPECT_EQ(failure([&] { files_.copy(file_, root_ / "none" / "copy"); }), Kind::notFound);
-  EXPECT_EQ(files_.list(root_), std::vector<std::string>{"file"}) << "nothing else is left behind";
 }
 
 TEST_F(FileManagerContract, TreatsLinksAsTheSystemDoes) {

@@ -38,18 +38,6 @@ LoopbackServer::Response responseTo(const std::optional<ContractPage>& page) {
   return {head + end + std::to_string(body.size()) + "\r\n\r\n" + body};
 }
 
-void press(GtkWidget* widget, GdkEventType type) {
-  GdkEvent* event = gdk_event_new(type);
-  event->button.window = GDK_WINDOW(g_object_ref(gtk_widget_get_window(widget)));
-  event->button.send_event = TRUE;
-  event->button.x = 5;
-  event->button.y = 5;
-  event->button.button = 1;
-  gdk_event_set_device(event, gdk_seat_get_pointer(gdk_display_get_default_seat(gdk_display_get_default())));
-  gtk_widget_event(widget, event);
-  gdk_event_free(event);
-}
-
 }  // namespace
 
 class ContractSite::Server {
@@ -90,8 +78,9 @@ Url ContractSite::refused() {
 }
 
 void ContractSite::touch(WebView& webView) {
-  press(widgetOf(webView), GDK_BUTTON_PRESS);
-  press(widgetOf(webView), GDK_BUTTON_RELEASE);
+  for (const GdkEventType type : {GDK_BUTTON_PRESS, GDK_BUTTON_RELEASE}) {
+    sendButton(widgetOf(webView), {5, 5}, 1, type);
+  }
   evaluate(webView, "0");
 }
 
@@ -120,20 +109,9 @@ std::optional<ScriptReply> ContractSite::ask(WebView& webView, const std::string
       if (const auto* error = answer->member("error")) reply.error = *error->as<std::string>();
       return reply;
     }
-    contract_.runUntil([] { return false; }, 0.02);
+    contract_.letPass(0.02);
   }
   return std::nullopt;
-}
-
-std::optional<JsonValue> ContractSite::evaluate(WebView& webView, const std::string& script) {
-  bool answered = false;
-  std::optional<JsonValue> result;
-  webView.evaluateJavaScript(script, [&](std::optional<JsonValue> value) {
-    result = std::move(value);
-    answered = true;
-  });
-  EXPECT_TRUE(contract_.runUntil([&] { return answered; })) << script;
-  return result;
 }
 
 }  // namespace velto::test

@@ -2,21 +2,20 @@
 
 #include "tests/contract/GtkTlsServer.h"
 
-#include <filesystem>
+#include <cstdlib>
 #include <stdexcept>
 #include <string>
 
-#include <stdlib.h>
+#include "tests/support/TemporaryFolder.h"
 
 namespace velto::test {
 
 namespace {
 
 GObjectPtr<GTlsCertificate> madeCertificate() {
-  std::string folder = (std::filesystem::temp_directory_path() / "velto-contract-XXXXXX").string();
-  if (mkdtemp(folder.data()) == nullptr) throw std::runtime_error("no temporary folder");
-  const std::string key = folder + "/key.pem";
-  const std::string certificate = folder + "/certificate.pem";
+  const TemporaryFolder folder;
+  const std::string key = folder.path / "key.pem";
+  const std::string certificate = folder.path / "certificate.pem";
   const std::string command =
       "openssl req -x509 -newkey rsa:2048 -nodes -days 2 -subj /CN=127.0.0.1 -keyout " + key + " -out " +
       certificate + " 2>/dev/null";
@@ -24,7 +23,6 @@ GObjectPtr<GTlsCertificate> madeCertificate() {
   GErrorPtr error;
   auto read = GObjectPtr<GTlsCertificate>::adopt(
       made ? g_tls_certificate_new_from_files(certificate.c_str(), key.c_str(), error.out()) : nullptr);
-  std::filesystem::remove_all(folder);
   if (!read) throw std::runtime_error("no certificate");
   return read;
 }

@@ -70,17 +70,6 @@ std::optional<ScriptReply> ContractSite::ask(WebView& webView, const std::string
   return *answer;
 }
 
-std::optional<JsonValue> ContractSite::evaluate(WebView& webView, const std::string& script) {
-  bool answered = false;
-  std::optional<JsonValue> result;
-  webView.evaluateJavaScript(script, [&](std::optional<JsonValue> value) {
-    result = std::move(value);
-    answered = true;
-  });
-  EXPECT_TRUE(contract_.runUntil([&] { return answered; })) << script;
-  return result;
-}
-
 }  // namespace velto::test
 
 #endif

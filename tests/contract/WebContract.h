@@ -59,6 +59,11 @@ class WebContract : public testing::Test {
     return what + " " + std::to_string(number) + more;
   }
 
+  /// What is told of a load that succeeds.
+  static std::vector<std::string> wholeLoad(std::uint64_t number) {
+    return {line("start", number), line("commit", number), line("finish", number)};
+  }
+
   ContractPlatform contract;
   ContractSite site{contract};
   PageRecorder recorder;

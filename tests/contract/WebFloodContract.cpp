@@ -37,13 +37,13 @@ TEST_F(WebFloodContract, windowsHoldUpNobodyElse) {
   other->setNavigationDelegate(static_cast<NavigationDelegate*>(&others));
   const Url page = site.add("/b", {.title = "Second"});
   visitPage("const end = Date.now() + 2000; while (Date.now() < end) open('/b')");
-  contract.runUntil([] { return false; }, 0.5);
+  contract.letPass(0.5);
   others.take();
   for (std::size_t events = 3; events <= 9; events += 3) {
     other->load({page, 60});
     EXPECT_TRUE(contract.runUntil([&] { return others.log.size() == events; }, 1));
   }
-  contract.runUntil([] { return false; }, 1.5);
+  contract.letPass(1.5);
   EXPECT_GT(recorder.windows.size(), 20U);
 }
 
@@ -90,7 +90,7 @@ TEST_F(WebFloodContract, messagesTakeNeitherTimeNorMemoryFromTheOthers) {
       last = now;
       most = std::max(most, megabytes());
     });
-    contract.runUntil([] { return false; }, kReadingTime);
+    contract.letPass(kReadingTime);
     // Without a limit it is all of the time, and hundreds of megabytes.
     EXPECT_LT(held, kReadingTime / 2) << c.name;
     EXPECT_LT(most - memory, 150) << c.name;
@@ -111,7 +111,7 @@ TEST_F(WebFloodContract, channelsComeBackAndNobodyWaitsForAReplyForEver) {
   const auto isOver = [&] {
     return site.evaluate(*webView, "posted === 60 && over === posted") == readJson("true");
   };
-  for (int attempt = 0; attempt < 100 && !isOver(); ++attempt) contract.runUntil([] { return false; }, 0.05);
+  for (int attempt = 0; attempt < 100 && !isOver(); ++attempt) contract.letPass(0.05);
   EXPECT_TRUE(isOver());
   EXPECT_LT(asked, 60);
   asked = 0;

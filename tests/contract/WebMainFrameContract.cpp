@@ -29,7 +29,7 @@ class WebMainFrameContract : public WebContract {
     received.clear();
     visit(site.add("/page", {.title = "Page", .html = html}));
     EXPECT_TRUE(contract.runUntil([&] { return received.size() >= count; }, 5)) << html;
-    contract.runUntil([] { return false; }, 0.05);
+    contract.letPass(0.05);
     return received;
   }
   static std::string script(const std::string& text) { return "<script>" + text + "</script>"; }
@@ -118,7 +118,7 @@ TEST_F(WebMainFrameContract, forgetsAPageWhenAnotherOneIsShown) {
     receivedFrom(script(leaving), 0);
     load(next);
     ASSERT_TRUE(contract.runUntil([&] { return shown && std::ranges::count(received, "next main") == 1; }));
-    contract.runUntil([] { return false; }, 0.1);
+    contract.letPass(0.1);
     EXPECT_THAT(received, Not(Contains("late main"))) << next.absoluteString();
     recorder.onEvent = nullptr;
 
@@ -126,7 +126,7 @@ TEST_F(WebMainFrameContract, forgetsAPageWhenAnotherOneIsShown) {
     received.clear();
     const auto back = webView->goBack().value().number;
     ASSERT_TRUE(waitFor(line("finish", back)));
-    contract.runUntil([] { return false; }, 0.1);
+    contract.letPass(0.1);
     site.evaluate(*webView, kPost + "('back'); 0");
     ASSERT_TRUE(contract.runUntil([&] { return !received.empty(); }));
     EXPECT_EQ(received.back(), "back main") << next.absoluteString();

@@ -1,6 +1,3 @@
-#include <fstream>
-#include <iterator>
-
 #include "tests/contract/WebContract.h"
 
 namespace velto::test {
@@ -137,41 +134,6 @@ TEST_F(WebStoreContract, keepsTheMainDocumentOfARequestToThePageThatMadeIt) {
   ASSERT_TRUE(contract.runUntil([&] { return handler->held != nullptr; }));
   ASSERT_EQ(handler->mainDocuments.size(), 2);
   EXPECT_EQ(handler->mainDocuments.front(), page);
-}
-
-bool anyFileContains(const std::filesystem::path& folder, const std::string& text) {
-  for (const auto& entry : std::filesystem::recursive_directory_iterator(folder)) {
-    if (!entry.is_regular_file()) continue;
-    if (entry.path().string().find(text) != std::string::npos) return true;
-    std::ifstream file(entry.path(), std::ios::binary);
-    const std::string bytes{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
-    if (bytes.find(text) != std::string::npos) return true;
-  }
-  return false;
-}
-
-TEST_F(WebStoreContract, leavesNothingOfAPrivatePageOnDisk) {
-  const Environment& environment = contract.platform().environment;
-  const auto onDisk = [&](const std::string& text) {
-    return anyFileContains(environment.applicationSupportDirectory, text) ||
-           anyFileContains(environment.cacheDirectory, text);
-  };
-  const auto leaveTraces = [&](const std::string& text) {
-    visit(site.add("/" + text, {.title = text}));
-    site.evaluate(*webView, "document.cookie = '" + text + "=1; max-age=9999'; localStorage.setItem('" +
-                                text + "', '1'); indexedDB.open('" + text + "'); 0");
-    contract.runUntil([] { return false; }, 0.5);
-    close();
-  };
-  WebViewConfiguration configuration;
-  configuration.dataStore = contract.platform().webEngine.makeNonPersistentDataStore();
-  open(configuration);
-  leaveTraces("hush");
-  // The same in an ordinary web view shows that the test would see it.
-  open({});
-  leaveTraces("loud");
-  EXPECT_TRUE(contract.runUntil([&] { return onDisk("loud"); }));
-  EXPECT_FALSE(onDisk("hush"));
 }
 
 #endif

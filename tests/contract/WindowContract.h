@@ -51,10 +51,7 @@ class WindowContract : public testing::Test {
     return window;
   }
   /// Longer than a desktop takes to answer.
-  void settle() { letPass(0.6); }
-  void letPass(double seconds) {
-    static_cast<void>(contract.runUntil([] { return false; }, seconds));
-  }
+  void settle() { contract.letPass(0.6); }
 
   ContractPlatform contract;
 };

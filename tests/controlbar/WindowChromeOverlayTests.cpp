@@ -20,27 +20,17 @@ TEST(WindowChromeOverlay, gripsLieAlongTheEdgesAndThePageBetweenThem) {
     Point point;
     std::string grip;
   } cases[] = {
-      {{150, 195}, "hovrel-top-edge"},
-      {{150, 185}, ""},
       {{22, 199}, "hovrel-top-edge"},
       {{21.9, 190}, "hovrel-top-left-corner"},
-      {{0, 178}, "hovrel-top-left-corner"},
       {{0, 177.9}, "hovrel-left-edge"},
       {{278, 178}, "hovrel-top-right-corner"},
-      {{277.9, 190}, "hovrel-top-edge"},
-      {{0, 0}, "hovrel-bottom-left-corner"},
       {{21, 21}, "hovrel-bottom-left-corner"},
       {{22, 22}, ""},
-      {{278, 0}, "hovrel-bottom-right-corner"},
       {{299, 21}, "hovrel-bottom-right-corner"},
       {{150, 0}, "hovrel-bottom-edge"},
-      {{150, 10}, ""},
       {{9.9, 100}, "hovrel-left-edge"},
-      {{10, 100}, ""},
       {{290, 100}, "hovrel-right-edge"},
       {{289.9, 100}, ""},
-      {{300, 100}, ""},
-      {{-1, 100}, ""},
       {{150, 100}, ""},
   };
   for (const auto& c : cases) EXPECT_EQ(nameAt(overlay, c.point), c.grip) << c.point.x << ", " << c.point.y;
@@ -54,7 +44,6 @@ TEST(WindowChromeOverlay, gripsFollowTheWindowUnlessItIsTooSmallForThem) {
     Rect corner;
     Size topEdge, leftEdge;
   } cases[] = {
-      {"larger", {400, 500}, {{378, 478}, {22, 22}}, {356, 10}, {10, 456}},
       {"as small as they fit", {45, 46}, {{23, 24}, {22, 22}}, {1, 10}, {10, 2}},
       {"too narrow", {44, 300}, {{23, 24}, {22, 22}}, {1, 10}, {10, 2}},
       {"too low", {300, 44}, {{23, 24}, {22, 22}}, {1, 10}, {10, 2}},
@@ -82,40 +71,17 @@ TEST(CornerDrag, keepsTheOppositeCornerAndTheLimits) {
     double dx, dy;
     Rect after;
   } cases[] = {
-      {"top right", {Corner::topRight, kStart, {}, kFree}, 30, 20, {{100, 200}, {430, 320}}},
       {"top left", {Corner::topLeft, kStart, {}, kFree}, 30, 20, {{130, 200}, {370, 320}}},
-      {"bottom left", {Corner::bottomLeft, kStart, {}, kFree}, -30, -20, {{70, 180}, {430, 320}}},
       {"bottom right", {Corner::bottomRight, kStart, {}, kFree}, -30, 20, {{100, 220}, {370, 280}}},
       {"no minimum size", {Corner::topRight, kStart, {}, kFree}, -999, -999, {{100, 200}, {25, 25}}},
       {"a smaller minimum", {Corner::topLeft, kStart, {9, 9}, kFree}, 999, -999, {{475, 200}, {25, 25}}},
       {"a larger minimum", {Corner::bottomLeft, kStart, {60, 40}, kFree}, 999, 999, {{440, 460}, {60, 40}}},
       {"half a ratio is none", {Corner::topRight, kStart, {}, {16, 0}}, 30, 20, {{100, 200}, {430, 320}}},
-      {"sideways the width leads",
-       {Corner::topRight, kWideStart, {}, kWide},
-       160,
-       10,
-       {{100, 200}, {480, 270}}},
-      {"upwards the height leads",
-       {Corner::topRight, kWideStart, {}, kWide},
-       10,
-       90,
-       {{100, 200}, {480, 270}}},
-      {"on a tie the width leads",
-       {Corner::topRight, kWideStart, {}, kWide},
-       16,
-       -9,
-       {{100, 200}, {336, 189}}},
-      {"from the lower left", {Corner::bottomLeft, kWideStart, {}, kWide}, -160, 0, {{-60, 110}, {480, 270}}},
-      {"least width with a ratio",
-       {Corner::topLeft, kWideStart, {160, 10}, kWide},
-       999,
-       0,
-       {{260, 200}, {160, 90}}},
-      {"least height with a ratio",
-       {Corner::topRight, kWideStart, {10, 45}, kWide},
-       0,
-       -999,
-       {{100, 200}, {80, 45}}},
+      {"sideways", {Corner::bottomLeft, kWideStart, {}, kWide}, -160, 10, {{-60, 110}, {480, 270}}},
+      {"upwards", {Corner::topRight, kWideStart, {}, kWide}, 10, 90, {{100, 200}, {480, 270}}},
+      {"a tie", {Corner::topRight, kWideStart, {}, kWide}, 16, -9, {{100, 200}, {336, 189}}},
+      {"least width", {Corner::topLeft, kWideStart, {160, 10}, kWide}, 999, 0, {{260, 200}, {160, 90}}},
+      {"least height", {Corner::topRight, kWideStart, {10, 45}, kWide}, 0, -999, {{100, 200}, {80, 45}}},
       {"25 with a ratio", {Corner::bottomRight, kWideStart, {}, {1, 2}}, -999, 0, {{100, 330}, {25, 50}}},
   };
   for (const auto& c : cases) {
@@ -125,61 +91,23 @@ TEST(CornerDrag, keepsTheOppositeCornerAndTheLimits) {
   }
 }
 
-class DraggedWindow : public testing::Test {
- protected:
-  DraggedWindow() {
-    window.setMovableByBackground(true);
-    window.setContentView(std::make_unique<WindowChromeOverlay>(window.frame()));
-    window.orderFrontRegardless();
-  }
-  [[nodiscard]] Cursor cursorOf(const char* grip) const { return findView(window, grip)->cursor(); }
-
+TEST(WindowChromeOverlay, onlyTheFirstButtonDrags) {
   HeadlessPlatform headless;
-  HeadlessInput& input = headless.input();
-  Window window{headless.application(), {{100, 200}, {300, 200}}, style_mask::kTitled};
-};
-
-TEST_F(DraggedWindow, anEdgeMovesTheWindowWithThePointer) {
-  for (const char* edge :
-       {"hovrel-top-edge", "hovrel-bottom-edge", "hovrel-left-edge", "hovrel-right-edge"}) {
-    window.setFrameOrigin({100, 200});
-    const Rect grip = findView(window, edge)->frame();
-    const Point at{grip.midX(), grip.midY()};
-    EXPECT_EQ(cursorOf(edge), Cursor::openHand) << edge;
-    input.press(window, at);
-    EXPECT_EQ(cursorOf(edge), Cursor::closedHand) << edge;
-    // Each step is counted from the start, so that nothing adds up while the window moves below the pointer.
-    input.dragOnScreen(window, {100 + at.x + 40, 200 + at.y - 30});
-    EXPECT_EQ(window.frame(), (Rect{{140, 170}, {300, 200}})) << edge;
-    input.dragOnScreen(window, {100 + at.x - 5, 200 + at.y + 7});
-    EXPECT_EQ(window.frame(), (Rect{{95, 207}, {300, 200}})) << edge;
-    input.release(window, at);
-    EXPECT_EQ(cursorOf(edge), Cursor::openHand) << edge;
-  }
-}
-
-TEST_F(DraggedWindow, aCornerResizesItWithTheWindowsOwnLimits) {
-  window.setMinSize({120, 80});
-  window.setContentAspectRatio({3, 2});
-  input.press(window, {295, 195});
-  input.dragOnScreen(window, {395 + 150, 395 + 1});
-  EXPECT_EQ(window.frame(), (Rect{{100, 200}, {450, 300}}));
-  input.dragOnScreen(window, {-999, -999});
-  EXPECT_EQ(window.frame(), (Rect{{100, 200}, {120, 80}}));
-  EXPECT_EQ(cursorOf("hovrel-top-right-corner"), Cursor::resizeNorthEastSouthWest);
-  EXPECT_EQ(cursorOf("hovrel-bottom-left-corner"), Cursor::resizeNorthEastSouthWest);
-  EXPECT_EQ(cursorOf("hovrel-top-left-corner"), Cursor::resizeNorthWestSouthEast);
-  EXPECT_EQ(cursorOf("hovrel-bottom-right-corner"), Cursor::resizeNorthWestSouthEast);
-}
-
-TEST_F(DraggedWindow, otherButtonsDragNothing) {
+  Window window(headless.application(), {{100, 200}, {300, 200}}, style_mask::kTitled);
+  window.setContentView(std::make_unique<WindowChromeOverlay>(window.frame()));
+  window.orderFrontRegardless();
+  const auto cursor = [&] { return findView(window, "hovrel-bottom-edge")->cursor(); };
   for (const Point at : {Point{5, 5}, Point{150, 5}}) {
-    input.press(window, at, {3, 1, {}});
-    input.dragOnScreen(window, {500, 500});
-    input.release(window, at);
+    headless.input().press(window, at, {3, 1, {}});
+    headless.input().dragOnScreen(window, {500, 500});
+    headless.input().release(window, at);
     EXPECT_EQ(window.frame(), (Rect{{100, 200}, {300, 200}}));
   }
-  EXPECT_EQ(cursorOf("hovrel-bottom-edge"), Cursor::openHand);
+  EXPECT_EQ(cursor(), Cursor::openHand);
+  headless.input().press(window, {150, 5});
+  EXPECT_EQ(cursor(), Cursor::closedHand);
+  headless.input().release(window, {150, 5});
+  EXPECT_EQ(cursor(), Cursor::openHand);
 }
 
 }  // namespace

@@ -8,7 +8,7 @@ from types import SimpleNamespace
 import pytest
 
 from support.application import Application
-from support.desktop import Desktop
+from support.desktop import Desktop, TwoDisplays
 from support.neighbours import Neighbour
 from support.site import Site
 
@@ -59,6 +59,22 @@ def running(shared):
         raise
 
 
+@pytest.fixture(scope="module")
+def displays():
+    started = TwoDisplays()
+    yield started
+    started.stop()
+
+
+@pytest.fixture
+def beside(displays):
+    """An application on two displays, DUMMY0 on the left."""
+    displays.arrange()
+    installed = Application(displays)
+    yield installed
+    installed.remove()
+
+
 @pytest.fixture
 def neighbour(desktop):
     """Another program's window, which has the keyboard."""
@@ -71,8 +87,8 @@ def neighbour(desktop):
 
 @pytest.fixture(scope="session")
 def silent_page():
-    """A window that waits for a server that accepts and says nothing, on a desktop of its own. It gives up after a
-    minute, during which the other tests run.
+    """A window that waits for a silent server, on a desktop of its own. It gives up after a minute, while the
+    other tests run.
     """
     desktop = Desktop.single()
     application = Application(desktop)

@@ -12,21 +12,23 @@ REPORTS_KEYS = "<script>onkeydown = event => fetch('/key?is=' + event.key)</scri
 
 
 def test_a_window_takes_the_keyboard(running, site, neighbour):
-    window = running.open(site.page("/page", COLOUR, REPORTS_KEYS), *PLACE)
-    window.wait_until_shows(COLOUR)
-    wait_until(window.has_focus, "the new window has the keyboard")
-    assert window.screen.is_above(window, neighbour)
-    running.desktop.input.press("v")
-    assert site.wait_for("/key") == {"is": "v"}
+    """Until another one is clicked."""
+    first, second = (
+        running.show(site.page(path, COLOUR, REPORTS_KEYS.replace("/key", f"{path}-key")), COLOUR,
+                     "--size", "300x200", "--x", x)
+        for path, x in [("/first", "0"), ("/second", "400")])
+    wait_until(second.has_focus, "the new window has the keyboard")
+    assert second.screen.is_above(second, neighbour)
+    running.desktop.input.press("b")
+    assert site.wait_for("/second-key") == {"is": "b"}
+    running.desktop.input.click(*first.centre())
+    wait_until(first.has_focus, "the clicked window has the keyboard")
+    running.desktop.input.press("a")
+    assert site.wait_for("/first-key") == {"is": "a"}
+    assert (site.count("/first-key"), site.count("/second-key")) == (1, 1)
 
 
-@pytest.mark.parametrize("options", ["--background", "--no-focus", "--background --no-focus --on-top"])
-@pytest.mark.parametrize("application", ["running", "velto"])
-def test_the_keyboard_stays_where_it_is(request, site, neighbour, options, application):
-    application = request.getfixturevalue(application)
-    page = site.page("/page", COLOUR, REPORTS_KEYS)
-    window = application.open(page, *PLACE, *options.split())
-    window.wait_until_shows(COLOUR)
+def check_that_the_neighbour_keeps_the_keyboard(application, site, neighbour, window):
     application.desktop.input.press("v")
     wait_until(lambda: neighbour.events(X.KeyPress) or not neighbour.has_focus(), "the key arrives somewhere")
     assert neighbour.has_focus()
@@ -36,24 +38,24 @@ def test_the_keyboard_stays_where_it_is(request, site, neighbour, options, appli
 
 
 @pytest.mark.parametrize("option", ["--background", "--no-focus"])
-def test_not_even_for_a_moment(running, site, neighbour, option):
-    running.open(site.page("/page", COLOUR), *PLACE, option).wait_until_shows(COLOUR)
-    assert neighbour.events(X.FocusOut) == []
-
-
-@pytest.mark.parametrize("option", ["--background", "--no-focus"])
-def test_a_click_brings_the_keyboard(running, site, neighbour, option):
-    window = running.open(site.page("/page", COLOUR, REPORTS_KEYS), *PLACE, option)
-    window.wait_until_shows(COLOUR)
+def test_the_keyboard_stays_where_it_is(running, site, neighbour, option):
+    window = running.show(site.page("/page", COLOUR, REPORTS_KEYS), COLOUR, *PLACE, option)
+    assert neighbour.events(X.FocusOut) == [], "not even for a moment"
+    check_that_the_neighbour_keeps_the_keyboard(running, site, neighbour, window)
     running.desktop.input.click(*window.centre())
     wait_until(window.has_focus, "the clicked window has the keyboard")
     running.desktop.input.press("v")
     assert site.wait_for("/key") == {"is": "v"}
 
 
+def test_the_keyboard_stays_when_the_application_starts(velto, site, neighbour):
+    options = ["--background", "--no-focus", "--on-top"]
+    window = velto.show(site.page("/page", COLOUR, REPORTS_KEYS), COLOUR, *PLACE, *options)
+    check_that_the_neighbour_keeps_the_keyboard(velto, site, neighbour, window)
+
+
 def test_on_top_as_granted(running, site, neighbour):
-    window = running.open(site.page("/page", COLOUR), *PLACE, "--on-top")
-    window.wait_until_shows(COLOUR)
+    window = running.show(site.page("/page", COLOUR), COLOUR, *PLACE, "--on-top")
     wait_until(lambda: "_NET_WM_STATE_ABOVE" in window.states(), "it is kept above")
     wait_until(window.is_on_all_desktops, "it is on all desktops")
     neighbour.activate()
@@ -66,25 +68,7 @@ def test_on_top_as_granted(running, site, neighbour):
 
 
 def test_an_ordinary_window_goes_below(running, site, neighbour):
-    window = running.open(site.page("/page", COLOUR), *PLACE)
-    window.wait_until_shows(COLOUR)
+    window = running.show(site.page("/page", COLOUR), COLOUR, *PLACE)
     neighbour.activate()
     wait_until(lambda: window.screen.is_above(neighbour, window), "the neighbour is in front")
     assert "_NET_WM_STATE_ABOVE" not in window.states()
-
-
-def test_the_page_gets_the_keys_of_its_window_only(running, site):
-    first = running.open(site.page("/first", COLOUR, REPORTS_KEYS.replace("/key", "/first-key")), "--size",
-                         "300x200", "--top-left")
-    first.wait_until_shows(COLOUR)
-    second = running.open(site.page("/second", COLOUR, REPORTS_KEYS.replace("/key", "/second-key")), "--size",
-                          "300x200", "--x", "400")
-    second.wait_until_shows(COLOUR)
-    wait_until(second.has_focus, "the second window has the keyboard")
-    running.desktop.input.press("b")
-    assert site.wait_for("/second-key") == {"is": "b"}
-    running.desktop.input.click(*first.centre())
-    wait_until(first.has_focus, "the first window has the keyboard")
-    running.desktop.input.press("a")
-    assert site.wait_for("/first-key") == {"is": "a"}
-    assert site.count("/second-key") == 1

@@ -3,8 +3,6 @@
 import os
 import signal
 
-import pytest
-
 from support.clipboard import text_of
 from support.waiting import wait_until
 
@@ -14,22 +12,21 @@ PLACE = ["--size", "500x700", "--top-left"]
 # The player's offer to try again, and that of the page that tells about a dead one.
 AGAIN, RELOAD = (0x26, 0x22, 0x1E), (0xFF, 0xFD, 0xF7)
 # A page like the video site's, whose video is a box that says how it is treated.
-WATCH = """<div id=movie_player style='position:fixed;inset:0'><video style='width:100%;height:100%'></video></div>
+WATCH = """<div id=movie_player style='position:fixed;inset:0'>
+<video style='width:100%;height:100%'></video></div>
 <script>
 const video = document.querySelector("video")
-let playing = {playing}
-Object.defineProperty(video, "paused", {{ get: () => !playing }})
-Object.defineProperty(video, "currentTime", {{ get: () => 61.9 }})
-video.pause = () => {{ playing = false; fetch("/paused") }}
+let playing = true
+Object.defineProperty(video, "paused", { get: () => !playing })
+Object.defineProperty(video, "currentTime", { get: () => 61.9 })
+video.pause = () => { playing = false; fetch("/paused") }
 onclick = () => fetch("/clicked")
 </script>"""
 
 
-def watching(application, site, playing="true", host="www.youtube.com.localhost"):
-    site.page("/watch", COLOUR, WATCH.format(playing=playing))
-    window = application.open(site.url(f"/watch?v={VIDEO}", host), *PLACE)
-    window.wait_until_shows(COLOUR)
-    return window
+def watching(application, site, host="www.youtube.com.localhost"):
+    site.page("/watch", COLOUR, WATCH)
+    return application.show(site.url(f"/watch?v={VIDEO}", host), COLOUR, *PLACE)
 
 
 def press_the_button(window, pointer):
@@ -41,18 +38,16 @@ def press_the_button(window, pointer):
     pointer.click(frame.x + at[0], frame.y + at[1])
 
 
-@pytest.mark.parametrize("playing, query", [("true", "&playing=true&t=61"), ("false", "&t=61")])
-def test_a_video_pops_out(running, site, desktop, playing, query):
+def test_a_video_pops_out(running, site, desktop):
     logged = len(running.log())
-    window = watching(running, site, playing)
+    window = watching(running, site)
     press_the_button(window, desktop.input)
     player = wait_until(lambda: set(running.windows()) - {window}, "the video's window comes").pop()
     assert player.frame()[2:] == (960, 540)
-    running.wait_until_logged(f"/player?v={VIDEO}{query}\n", logged)
+    running.wait_until_logged(f"/player?v={VIDEO}&playing=true&t=61\n", logged)
     wait_until(lambda: player.title() == "Velto Video", lambda: f"the video's window, not {player.title()}")
-    if playing == "true":
-        site.wait_for("/paused")
-    assert (site.count("/paused"), site.count("/clicked")) == (int(playing == "true"), 0)
+    site.wait_for("/paused")
+    assert (site.count("/paused"), site.count("/clicked")) == (1, 0)
 
 
 def test_a_video_moves_its_window(running, site, desktop):
@@ -81,19 +76,14 @@ def test_other_sites_videos_are_left_alone(running, site, desktop):
     assert window.frame() == (0, 0, 500, 700)
 
 
-def test_a_video_that_cannot_be_loaded(running):
-    """The page says so, with the number that the video can be found by elsewhere."""
+def test_a_player_that_dies_comes_back(running):
+    """Its address is nowhere to be fetched from, and the video cannot be loaded here, as its page says."""
     player = running.hand_over(f"velto-player://youtube?v={VIDEO}")
     wait_until(player.has_focus, "the video's window has the keyboard")
     said = wait_until(lambda: player.middle_of(AGAIN), "it offers to try again")
     assert said[1] > player.centre()[1]
     assert VIDEO in text_of(player, running.desktop.input)
 
-
-def test_a_player_that_dies_comes_back(running):
-    """Its address is nowhere to be fetched from."""
-    player = running.hand_over(f"velto-player://youtube?v={VIDEO}")
-    wait_until(lambda: player.middle_of(AGAIN), "the player is there")
     for pid in running.web_processes():
         os.kill(pid, signal.SIGKILL)
     reload = wait_until(lambda: player.middle_of(RELOAD), "the window offers to load it again")

@@ -4,6 +4,7 @@ import os
 
 import pytest
 
+from support.layouts import words_below
 from support.waiting import wait_until
 
 KEEPS = """<script>
@@ -17,6 +18,7 @@ opening.onsuccess = () => {{
   storing.oncomplete = () => fetch("/{mark}-done?cookie=" + document.cookie)
 }}
 </script>"""
+EVERYTHING = {"cookie", "item", "thing", "page"}
 ORDINARY, PRIVATE = "zebra", "walrus"
 COLOUR = "#2060c0"
 
@@ -26,21 +28,7 @@ def page_that_keeps(site, mark):
 
 
 def marks_below(folder, mark):
-    """The texts that begin with the mark, in any file's content or name, in the engine's encodings."""
-    found = set()
-    for parent, folders, files in os.walk(folder):
-        texts = [name.encode() for name in folders + files]
-        for name in files:
-            path = os.path.join(parent, name)
-            if os.path.isfile(path):
-                with open(path, "rb") as file:
-                    texts.append(file.read())
-        for text in texts:
-            for kind in ("cookie", "item", "thing", "page"):
-                word = f"{mark}-{kind}"
-                if word.encode() in text or word.encode("utf-16-le") in text:
-                    found.add(kind)
-    return found
+    return {kind for kind in EVERYTHING if words_below(folder, f"{mark}-{kind}")}
 
 
 def test_incognito_leaves_nothing(velto, site):
@@ -49,15 +37,14 @@ def test_incognito_leaves_nothing(velto, site):
     for mark in (ORDINARY, PRIVATE):
         assert f"{mark}-cookie=1" in site.wait_for(f"/{mark}-done")["cookie"]
     assert ORDINARY not in site.wait_for(f"/{PRIVATE}-done")["cookie"], "it sees no stored cookies"
-    everything = {"cookie", "item", "thing", "page"}
-    wait_until(lambda: marks_below(velto.home, ORDINARY) == everything,
+    wait_until(lambda: marks_below(velto.home, ORDINARY) == EVERYTHING,
                lambda: f"an ordinary window leaves its traces, not only {marks_below(velto.home, ORDINARY)}")
     assert marks_below(velto.home, PRIVATE) == set()
     ordinary.close()
     private.close()
     velto.end()
     wait_until(lambda: not velto.web_processes(), "the pages' processes end")
-    assert marks_below(velto.home, ORDINARY) == everything
+    assert marks_below(velto.home, ORDINARY) == EVERYTHING
     assert marks_below(velto.home, PRIVATE) == set()
 
 
@@ -74,8 +61,7 @@ def test_what_an_ordinary_window_keeps_is_there_again(velto, site):
 def test_private_windows_share_nothing(running, site):
     running.open(page_that_keeps(site, PRIVATE), "--incognito")
     site.wait_for(f"/{PRIVATE}-done")
-    other = running.open(site.page("/other", COLOUR), "--incognito")
-    other.wait_until_shows(COLOUR)
+    running.show(site.page("/other", COLOUR), COLOUR, "--incognito")
     assert "Cookie" not in site.headers_of("/other")
 
 
@@ -91,7 +77,7 @@ def test_files_are_the_persons_own(open_handed, velto, site):
     velto.open(page_that_keeps(site, ORDINARY))
     site.wait_for(f"/{ORDINARY}-done")
     velto.end()
-    velto.open(site.page("/again", COLOUR)).wait_until_shows(COLOUR)
+    velto.show(site.page("/again", COLOUR), COLOUR)
     seen, open_to_others = 0, []
     for base in ("data/Velto", "config/Velto", "cache/Velto", "runtime/velto"):
         for parent, folders, files in os.walk(velto.home / base):

@@ -1,4 +1,5 @@
 #include <atomic>
+#include <ctime>
 #include <fstream>
 #include <optional>
 #include <thread>
@@ -107,24 +108,12 @@ TEST_F(HandoffServerTest, aCallbackThatFailsRefusesThisMessageOnly) {
 }
 
 TEST_F(HandoffServerTest, badPeersAreEndedAndTheNextIsServed) {
-  struct Case {
-    std::string bytes;
-    std::string answer;
-  };
-  const std::vector<Case> cases{
-      {"\xff\xff\xff\xff"s, kRefused},
-      {"GET / HTTP/1.1\r\n\r\n"s, kRefused},
-      {"\0\0\0\x02"
-       "ab"s,
-       kRefused},
-      {encodeFrame({"x"}) + "more", kRefused},
-      {std::string(300'000, '\x7f'), kRefused},
-  };
   const auto server = serve();
-  for (const auto& [bytes, answer] : cases) {
+  for (const std::string& bytes :
+       {"GET / HTTP/1.1\r\n\r\n"s, encodeFrame({"x"}) + "more", std::string(300'000, '\x7f')}) {
     RawPeer peer(directory());
     peer.send(bytes);
-    EXPECT_EQ(peer.answer(), answer);
+    EXPECT_EQ(peer.answer(), kRefused);
   }
   for (const std::string& half : {""s, "\0\0"s, "\0\0\0\x09vel"s}) {
     RawPeer peer(directory());
@@ -136,14 +125,6 @@ TEST_F(HandoffServerTest, badPeersAreEndedAndTheNextIsServed) {
   hasty.close();
   EXPECT_TRUE(deliver({"good"}));
   EXPECT_EQ(mailbox_.await(2), (std::vector<Arguments>{{"hasty"}, {"good"}}));
-}
-
-TEST_F(HandoffServerTest, aSilentPeerDelaysNobody) {
-  const auto server = serve(withPatience(1min));
-  const RawPeer silent(directory());
-  const RawPeer half(directory());
-  half.send("\0\0\0\x09vel"s);
-  EXPECT_TRUE(deliver({"good"}));
 }
 
 TEST_F(HandoffServerTest, aSilentOrDrippingPeerIsDropped) {
@@ -165,10 +146,11 @@ TEST_F(HandoffServerTest, aSilentOrDrippingPeerIsDropped) {
 }
 
 TEST_F(HandoffServerTest, moreSilentPeersThanPlacesKeepNobodyWaiting) {
-  HandoffLimits limits = withPatience(60s);
+  HandoffLimits limits = withPatience(1min);
   limits.peers = 2;
   const auto server = serve(limits);
   const RawPeer silent[]{RawPeer(directory()), RawPeer(directory()), RawPeer(directory())};
+  silent[2].send("\0\0\0\x09vel"s);
   EXPECT_TRUE(deliver({"good"}));
 }
 
@@ -212,15 +194,6 @@ TEST_F(HandoffServerTest, sleepsWhileNobodyIsConnected) {
   EXPECT_EQ(wakeUps(), before);
 }
 
-double processorSeconds() {
-  rusage usage{};
-  ::getrusage(RUSAGE_SELF, &usage);
-  const auto seconds = [](const timeval& time) {
-    return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_usec) / 1e6;
-  };
-  return seconds(usage.ru_utime) + seconds(usage.ru_stime);
-}
-
 TEST_F(HandoffServerTest, withoutDescriptorsItWaitsAndGoesOnLater) {
   const auto server = serve();
   const RuntimeDirectory here = directory();
@@ -235,11 +208,11 @@ TEST_F(HandoffServerTest, withoutDescriptorsItWaitsAndGoesOnLater) {
 
   peer.connect(here);
   peer.send(encodeFrame({"late"}));
-  const double start = processorSeconds();
+  const std::clock_t start = std::clock();
   std::this_thread::sleep_for(400ms);
-  const double spent = processorSeconds() - start;
+  const std::clock_t spent = std::clock() - start;
   ASSERT_EQ(::setrlimit(RLIMIT_NOFILE, &before), 0);
-  EXPECT_LT(spent, 0.2);
+  EXPECT_LT(spent, CLOCKS_PER_SEC / 5) << "of the processor's time";
   EXPECT_EQ(peer.answer(), kAccepted);
 }
 

@@ -2,7 +2,6 @@
 
 #include <chrono>
 #include <condition_variable>
-#include <cstdlib>
 #include <filesystem>
 #include <mutex>
 #include <string>
@@ -17,28 +16,23 @@
 #include "handoff/OwnedDescriptor.h"
 #include "handoff/RuntimeDirectory.h"
 #include "handoff/SocketAddress.h"
+#include "tests/support/TemporaryFolder.h"
 
 namespace velto::testing {
 
 using Arguments = std::vector<std::string>;
 
-/// A folder of its own in the place of XDG_RUNTIME_DIR, removed afterwards.
+/// With a folder of its own in the place of XDG_RUNTIME_DIR.
 class HandoffTest : public ::testing::Test {
  protected:
-  HandoffTest() {
-    std::string pattern = (std::filesystem::temp_directory_path() / "velto-handoff-XXXXXX").string();
-    root_ = ::mkdtemp(pattern.data());
-  }
-  ~HandoffTest() override { std::filesystem::remove_all(root_); }
-
-  [[nodiscard]] const std::filesystem::path& root() const { return root_; }
-  [[nodiscard]] std::filesystem::path socketPath() const { return root_ / "velto" / kSocketName; }
+  [[nodiscard]] const std::filesystem::path& root() const { return folder_.path; }
+  [[nodiscard]] std::filesystem::path socketPath() const { return root() / "velto" / kSocketName; }
   [[nodiscard]] RuntimeDirectory directory() const {
-    return RuntimeDirectory::open(root_.c_str(), ::geteuid());
+    return RuntimeDirectory::open(root().c_str(), ::geteuid());
   }
 
  private:
-  std::filesystem::path root_;
+  const test::TemporaryFolder folder_;
 };
 
 /// Receives messages on one thread for a test that waits on another.

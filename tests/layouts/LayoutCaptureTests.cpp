@@ -135,15 +135,5 @@ TEST(LayoutCaptureTests, RecaptureKeepsWhatItKnowsOfAPage) {
   EXPECT_EQ(kept, (decltype(kept){{"n1", "-"}, {"a1", "thumbs/a1.png"}, {"n3", "-"}}));
 }
 
-TEST(LayoutCaptureTests, LocalFiles) {
-  std::vector<std::string> found;
-  for (const auto& each : localFileSnapshots({snapshot("1", "file:///a"), snapshot("2", "FILE:///b"),
-                                              snapshot("3", "http://file/"), snapshot("4", "no url at all"),
-                                              snapshot("5", "")})) {
-    found.push_back(each.id);
-  }
-  EXPECT_EQ(found, (std::vector<std::string>{"1", "2"}));
-}
-
 }  // namespace
 }  // namespace velto

@@ -1,6 +1,7 @@
 #include <gmock/gmock.h>
 
 #include "layouts/LayoutFormat.h"
+#include "tests/layouts/LayoutTesting.h"
 #include "tests/layouts/LayoutsApplication.h"
 
 namespace velto {
@@ -14,6 +15,45 @@ using ::testing::IsEmpty;
 constexpr const char* kA = "https://a.example/";
 const Rect kPlace{{100, 600}, {300, 200}};
 
+using Command = std::optional<LayoutURLCommand>;
+
+LayoutAddress slug(std::string value) { return {LayoutAddress::Kind::slug, std::move(value)}; }
+LayoutAddress name(std::string value) { return {LayoutAddress::Kind::name, std::move(value)}; }
+
+TEST(LayoutURLCommandTests, ReadsQueries) {
+  const std::vector<std::pair<std::string, Command>> cases = {
+      {"", std::nullopt},
+      {"action=frobnicate&slug=a", std::nullopt},
+      {"ACTION=show", std::nullopt},
+      {"action=%20List%0A", ShowLayouts{}},
+      {"action=show&action=save&name=x", ShowLayouts{}},
+      {"action&action=show", std::nullopt},
+
+      {"action=open", std::nullopt},
+      {"action=open&slug=%20&name=", std::nullopt},
+      {"action=OPEN&slug=Morning", OpenLayout{slug("Morning")}},
+      {"action=open&slug=&name=X%20Y", OpenLayout{name("X Y")}},
+      {"action=open&name=X&slug=a", OpenLayout{slug("a")}},
+      {"action=open&slug=a&slug=b", OpenLayout{slug("a")}},
+      {"action=open&name=%20%C3%9C%2Bx+%0D%0A", OpenLayout{name("Ü+x+")}},
+      {"action=open&slug=a&copy=TRUE", OpenLayout{slug("a"), true, false}},
+      {"action=open&slug=a&copy=1&exact=%20true%20", OpenLayout{slug("a"), false, true}},
+      {"action=open&slug=a&copy=false&copy=true", OpenLayout{slug("a")}},
+
+      {"action=save&name=%20%20", std::nullopt},
+      {"action=save&name=%FF", std::nullopt},
+      {"action=save&name=%20Morning%20dashboards%20", SaveLayout{"Morning dashboards"}},
+
+      {"action=rename&to=b", std::nullopt},
+      {"action=rename&slug=a&to=%09", std::nullopt},
+      {"action=rename&slug=a&to=%20New%20name", RenameLayout{slug("a"), "New name"}},
+  };
+  for (const auto& [query, expected] : cases) {
+    EXPECT_EQ(parseLayoutURLCommand(Url::parse("velto://layout?" + query).value()), expected) << query;
+  }
+  EXPECT_EQ(parseLayoutURLCommand(Url::parse("velto://layout").value()), std::nullopt);
+}
+
 /// A window, saved as "Work" and closed again.
 struct SavedWork : LayoutsApplication {
   SavedWork() {
@@ -24,66 +64,45 @@ struct SavedWork : LayoutsApplication {
   }
 };
 
-TEST(LayoutCommands, OpenAsAsked) {
-  using Windows = std::vector<std::string>;
+TEST(LayoutCommands, StepAsideForEachSetThatIsOpen) {
+  using Texts = std::vector<std::string>;
+  const std::string open = "?action=open&slug=work";
   const std::string first = "https://a.example/ 100,600 300x200";
   const std::string second = "https://a.example/ 124,576 300x200";
+  const std::string third = "https://a.example/ 148,552 300x200";
   const struct {
-    std::vector<std::string> queries;
-    Windows windows;
+    Texts queries;
+    Texts windows;
   } cases[] = {
-      {{"?action=OPEN&slug=WORK"}, {first}},
-      {{"?action=open&slug=&name=work"}, {first}},
-      {{"?action=open&slug=work&slug=b&name=c"}, {first}},
-      {{"?action=open&slug=%20work%20&copy=1"}, {first}},
-      {{"?action=open&slug=work&copy=TRUE"}, {second}},
-      {{"?action=open&slug=work&copy=true&exact=true"}, {second}},
-      {{"?action=open&slug=work", "?action=open&slug=work"}, {first, second}},
-      {{"?action=open&slug=work", "?action=open&slug=work&exact=true"}, {first, first}},
+      {{"?action=open&name=WORK", open, open}, {first, second, third}},
+      {{open, open + "&exact=true"}, {first, first}},
+      {{open, open + "&copy=true"}, {first, second}},
+      {{open + "&copy=true"}, {second}},
+      {{open + "&copy=true&exact=true"}, {second}},
   };
   for (const auto& c : cases) {
     SavedWork app;
     for (const std::string& query : c.queries) app.command(query);
-    EXPECT_EQ(app.windows(), c.windows) << c.queries[0];
+    EXPECT_EQ(app.windows(), c.windows) << c.queries.back();
     EXPECT_THAT(app.alerts(), IsEmpty()) << "a step aside is no approximation";
   }
 }
 
 TEST(LayoutCommands, TellWhatTheyCannotDoAndChangeNothing) {
-  const std::string notUnderstood =
-      "That layout command was not understood: Try velto://layout?action=open&slug=… — or run `velto "
-      "layouts` "
-      "instead. [OK]";
-  const auto missing = [](const std::string& name) {
-    return "No layout named “" + name + "”: Run `velto layouts list` to see the layouts on this Mac. [OK]";
+  const std::pair<const char*, const char*> cases[] = {
+      {"?action=save&name=%20%20", "That layout command was not understood: Try velto://layout"},
+      {"?action=open&slug=Nope", "No layout named “Nope”: Run `velto layouts list`"},
+      {"?action=rename&slug=Nope&to=X", "No layout named “Nope”: Run `velto layouts list`"},
+      {"?action=save&name=work", "Could not save the layout: There are no Velto windows with a loaded page"},
   };
-  const struct {
-    std::string query;
-    std::string alert;
-  } cases[] = {
-      {"", notUnderstood},
-      {"?action=frobnicate", notUnderstood},
-      {"?action=save&name=%20%20", notUnderstood},
-      {"?action=open&slug=Nope", missing("Nope")},
-      {"?action=open&name=Nope", missing("Nope")},
-      {"?action=rename&slug=Nope&to=X", missing("Nope")},
-      {"?action=save&name=New",
-       "Could not save the layout: There are no Velto windows with a loaded page to capture, so there is "
-       "nothing "
-       "to save. [OK]"},
-      {"?action=save&name=work",
-       "Could not save the layout: There are no Velto windows with a loaded page to capture, so there is "
-       "nothing "
-       "to save. [OK]"},
-  };
-  for (const auto& c : cases) {
+  for (const auto& [query, alert] : cases) {
     SavedWork app;
     const auto before = app.stored();
-    app.command(c.query);
-    EXPECT_THAT(app.alerts(), ElementsAre(c.alert)) << c.query;
+    app.command(query);
+    EXPECT_THAT(app.alerts(), ElementsAre(HasSubstr(alert))) << query;
     app.answer("OK");
-    EXPECT_EQ(app.stored(), before) << c.query;
-    EXPECT_THAT(app.windows(), IsEmpty()) << c.query;
+    EXPECT_EQ(app.stored(), before) << query;
+    EXPECT_THAT(app.windows(), IsEmpty()) << query;
   }
 }
 
@@ -93,6 +112,7 @@ TEST(LayoutCommands, SaveOverALayoutOfThatName) {
   app.show("https://b.example/");
   app.command("?action=save&name=WORK");
   ASSERT_EQ(app.stored().size(), 1U);
+  EXPECT_EQ(app.stored()[0].createdAt, before.createdAt);
   EXPECT_EQ(app.stored()[0].id, before.id);
   EXPECT_EQ(app.stored()[0].name, "Work");
   EXPECT_EQ(app.stored()[0].windows.at(0).url, "https://b.example/");
@@ -102,31 +122,17 @@ TEST(LayoutCommands, SaveOverALayoutOfThatName) {
 
 TEST(LayoutCommands, RenameAndTellAboutADiskThatDoesNotTakeIt) {
   SavedWork app;
+  Layout renamed = app.stored().at(0);
+  renamed.name = "Deep Focus";
   app.command("?action=rename&slug=work&to=Deep%20Focus");
-  EXPECT_TRUE(app.store().layoutWithSlug("deep-focus"));
-  const auto before = app.stored();
+  EXPECT_THAT(app.stored(), ElementsAre(renamed));
   app.headless.files().createDirectory("/elsewhere");
   app.headless.files().rename(app.store().directory() / "thumbs", "/elsewhere/thumbs");
   app.headless.files().append(app.store().directory() / "thumbs", "a file in the folder's place");
   app.command("?action=rename&slug=deep-focus&to=X");
   EXPECT_THAT(app.alerts(), ElementsAre(HasSubstr("Could not rename the layout: ")));
   app.answer("OK");
-  EXPECT_EQ(app.stored(), before);
-}
-
-TEST(LayoutCommands, ShowWhatThereIs) {
-  LayoutsApplication app;
-  app.start();
-  app.command("?action=show");
-  EXPECT_THAT(app.alerts(), ElementsAre(HasSubstr("There are no layouts yet.")));
-  app.answer("OK");
-  app.show(kA, kPlace);
-  app.command("?action=save&name=3000");
-  app.headless.files().writeAtomically(app.store().directory() / "x.veltolayout.json", "{");
-  app.command("?action=list");
-  EXPECT_THAT(app.alerts(),
-              ElementsAre(HasSubstr("Layouts: 3000 (1 window): velto 3000-layout\n\nx.veltolayout.json: ")));
-  app.answer("OK");
+  EXPECT_THAT(app.stored(), ElementsAre(renamed));
 }
 
 TEST(LayoutCommands, PrepareTheStoreAfterTheFirstPage) {
@@ -148,26 +154,23 @@ TEST(LayoutCommands, ShowNoMoreLinesThanFit) {
     std::ptrdiff_t lines;
     const char* part;
   } cases[] = {
-      {15, 0, 15, "(0 windows): velto l14"},
-      {99, 0, 16, "and 84 more."},
+      {0, 0, 1, "There are no layouts yet."},
+      {15, 0, 15, "3014 (0 windows): velto 3014-layout"},
       {99, 3, 16, "and 88 more. Run `velto layouts list` to see all of them.\n\nx0.veltolayout.json: "},
       {99, 6, 16, "and 86 more. Run `velto layouts list` to see all of them.\n\n6 files could not be read."},
   };
   for (const auto& c : cases) {
     LayoutsApplication app;
     app.start();
-    for (int i = 0; i < c.layouts; ++i) {
-      Layout layout;
-      layout.id = layout.name = "l" + std::to_string(i);
-      layout.createdAt = layout.updatedAt = {1e6 - i};
+    const auto put = [&](const std::string& name, const std::string& bytes) {
       app.headless.files().createDirectory(app.store().directory());
-      app.headless.files().writeAtomically(app.store().directory() / (layout.id + ".veltolayout.json"),
-                                           encodeJson(layout));
+      app.headless.files().writeAtomically(app.store().directory() / (name + ".veltolayout.json"), bytes);
+    };
+    for (int i = 0; i < c.layouts; ++i) {
+      const std::string name = std::to_string(3000 + i);
+      put(name, encodeJson(test::makeLayout(name, name, 1e6 - i)));
     }
-    for (int i = 0; i < c.unreadable; ++i) {
-      app.headless.files().writeAtomically(
-          app.store().directory() / ("x" + std::to_string(i) + ".veltolayout.json"), "{");
-    }
+    for (int i = 0; i < c.unreadable; ++i) put("x" + std::to_string(i), "{");
     app.command("?action=show");
     ASSERT_EQ(app.alerts().size(), 1U);
     const std::string text = app.alerts()[0];

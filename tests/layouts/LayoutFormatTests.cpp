@@ -41,54 +41,38 @@ TEST(LayoutFormat, KeepsItsBytes) {
 
 TEST(LayoutFormat, ReadsWhatOthersMayHaveWritten) {
   const std::string whole = golden("layout.json");
-  const auto window = [&](const std::string& old, const std::string& by) {
-    return read(replacing(whole, old, by)).windows.front();
-  };
-  EXPECT_EQ(window("      \"noFocus\" : true,\n", "").noFocus, std::nullopt);
-  EXPECT_EQ(window("\"noFocus\" : true", "\"noFocus\" : false").noFocus, false);
-  EXPECT_EQ(window("\"noFocus\" : true", "\"noFocus\" : null, \"more\" : [{\"noFocus\" : 7}]").noFocus,
-            std::nullopt);
-  EXPECT_EQ(window("\"scroll\" : {", "\"scroll\" : null, \"scroll\" : {").scroll, std::nullopt);
-  EXPECT_EQ(window("\"zoom\" : 1", "\"zoom\" : 1.25").zoom, 1.25);
-  EXPECT_EQ(read(replacing(whole, "\"frame\" : {", "\"frame\" : { \"x\" : 1, \"y\" : 2,")), goldenLayout());
-
   const std::string falseFocus = replacing(whole, "\"noFocus\" : true", "\"noFocus\" : false");
   EXPECT_EQ(encodeJson(read(falseFocus)), falseFocus);
+  const std::string noFocus = replacing(whole, "      \"noFocus\" : true,\n", "");
+  EXPECT_EQ(encodeJson(read(noFocus)), noFocus);
+  EXPECT_EQ(read(replacing(whole, "\"zoom\" : 1", "\"zoom\" : 1.25")).windows.front().zoom, 1.25);
+  EXPECT_EQ(read(replacing(whole, "\"frame\" : {", "\"frame\" : { \"x\" : 1, \"y\" : 2,")), goldenLayout());
   const std::string extra = replacing(whole, "\"isMain\" : true,", "\"isMain\" : true, \"extra\" : {},");
   EXPECT_EQ(encodeJson(read(extra)), whole);
 }
 
 TEST(LayoutFormat, TellsWhyALayoutCannotBeRead) {
   const std::string whole = golden("layout.json");
-  const std::string id = "\"4E6D1B2C-8F10-4A55-9C3E-6A1B7D20F311\"";
+  const auto withId = [&](const std::string& id) {
+    return replacing(whole, "\"id\" : \"4E6D1B2C-8F10-4A55-9C3E-6A1B7D20F311\"", "\"id\" : \"" + id + '"');
+  };
   const std::string unsafe = "The layout's identifier is not one Velto can safely use as a filename.";
   const struct {
     std::string bytes, reason;
   } cases[] = {
       {"", kMalformed},
-      {"[1, 2]", kMalformed},
       {"null", kMissing},
-      {"{}", kMissing},
       {whole.substr(0, whole.size() - 1), kMalformed},
-      {whole + "}", kMalformed},
-      {replacing(whole, "\"isMain\" : true", "\"isMain\" : 1"), kMalformed},
       {replacing(whole, "      \"zoom\" : 1", "      \"Zoom\" : 1"), kMissing},
-      {replacing(whole, "\"createdAt\" : \"2026-03-01T09:30:12Z\"",
-                 "\"createdAt\" : \"2026-03-01T09:30:12.250Z\""),
-       kMalformed},
-      {replacing(whole, "\"createdAt\" : \"2026-03-01T09:30:12Z\"", "\"createdAt\" : 1772357412"),
-       kMalformed},
-      {replacing(whole, "\"createdAt\" : \"2026-03-01T09:30:12Z\"",
-                 "\"createdAt\" : \"9999-12-31T23:59:59-00:01\""),
-       kMalformed},
-      {replacing(whole, id, "\"../x\""), unsafe},
-      {replacing(whole, id, "\"..\""), unsafe},
-      {replacing(whole, id, "\"\""), unsafe},
-      {replacing(whole, id, "\"a\\n\""), unsafe},
-      {replacing(whole, id, "\"" + std::string(128, 'a') + "\""), ""},
-      {replacing(whole, id, "\"" + std::string(129, 'a') + "\""), unsafe},
+      {replacing(whole, "\"2026-03-01T09:30:12Z\"", "1772357412"), kMalformed},
+      {replacing(whole, "2026-03-01T09:30:12Z", "9999-12-31T23:59:59-00:01"), kMalformed},
+      {withId("../x"), unsafe},
+      {withId(".."), unsafe},
+      {withId(""), unsafe},
+      {withId("a\\n"), unsafe},
+      {withId(std::string(128, 'a')), ""},
+      {withId(std::string(129, 'a')), unsafe},
       {R"({"schemaVersion":2,"id":7})", "Saved by a newer version of Velto (format 2)."},
-      {R"({"windows":{},"schemaVersion":3e2})", "Saved by a newer version of Velto (format 300)."},
       {R"({"schemaVersion":"2"})", kMalformed},
   };
   for (const auto& each : cases) EXPECT_EQ(reason(each.bytes), each.reason) << each.bytes.substr(0, 80);
@@ -104,34 +88,15 @@ TEST(LayoutFormat, RaisesOldFormats) {
 
 TEST(LayoutFormat, DropsThumbnailsThatAreNotItsOwn) {
   const std::pair<std::string, bool> cases[] = {
-      {"thumbs/a-b.png", true},      {"thumbs/..png", false},        {"thumbs/.png", false},
-      {"thumbs/../../x.png", false}, {"/tmp/x.png", false},          {"thumbs/a.jpg", false},
-      {"thumbs/a/b.png", false},     {"thumbs/a b.png", false},      {"thumbs/a..b.png", false},
-      {"Thumbs/a.png", false},       {"thumbs/a.PNG", false},        {"thumbs/a.png/", false},
-      {"thumbs/a.png.png", true},    {"thumbs/a\\u0000.png", false}, {"", false},
+      {"thumbs/a-b.png", true},   {"thumbs/..png", false},  {"thumbs/.png", false},
+      {"/tmp/x.png", false},      {"thumbs/a.jpg", false},  {"thumbs/a/b.png", false},
+      {"thumbs/a..b.png", false}, {"thumbs/a.png/", false}, {"thumbs/a\\u0000.png", false},
   };
   const std::string own = *goldenLayout().windows[0].thumbnail;
   for (const auto& [path, stays] : cases) {
     const Layout layout = read(replacing(golden("layout.json"), own, path));
     EXPECT_EQ(layout.windows[0].thumbnail.has_value(), stays) << path;
   }
-}
-
-TEST(LayoutFormat, FindsTheDisplayOfAWindow) {
-  Layout layout = makeLayout("id");
-  layout.displays = {{"a", "", {}, {}, 1, false}, {"b", "", {}, {}, 1, true}, {"b", "", {}, {}, 1, true}};
-  const auto found = [&](const char* key) {
-    LayoutWindow window;
-    window.displayKey = key;
-    return layout.displayOf(window);
-  };
-  EXPECT_EQ(found("a"), &layout.displays[0]);
-  EXPECT_EQ(found("b"), &layout.displays[1]);
-  EXPECT_EQ(found("gone"), &layout.displays[1]);
-  layout.displays.erase(layout.displays.begin() + 1, layout.displays.end());
-  EXPECT_EQ(found("gone"), &layout.displays[0]);
-  layout.displays.clear();
-  EXPECT_EQ(found("a"), nullptr);
 }
 
 }  // namespace

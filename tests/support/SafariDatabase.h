@@ -34,7 +34,6 @@ class SafariDatabase {
     if (sqlite3_exec(handle_, statements.c_str(), nullptr, nullptr, nullptr) == SQLITE_OK) return;
     throw std::runtime_error(sqlite3_errmsg(handle_));
   }
-  [[nodiscard]] sqlite3* handle() const { return handle_; }
 
  private:
   sqlite3* handle_ = nullptr;

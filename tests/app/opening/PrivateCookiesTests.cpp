@@ -1,5 +1,4 @@
 #include <string>
-#include <vector>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -32,9 +31,13 @@ struct HeldStore {
   std::shared_ptr<HeadlessDataStore> store;
 };
 
-TEST(PrivateCookies, areSetBeforeThePageIsAskedFor) {
+class PrivateCookiesTest : public ::testing::Test {
+ protected:
   TestApplication app;
-  app.settle();
+  AppDelegate& delegate = app.settle();
+};
+
+TEST_F(PrivateCookiesTest, areSetBeforeThePageIsAskedFor) {
   const HeldStore held(app);
   HovrelPanel& panel =
       app.showWindow("https://a.example/", {.incognito = true,
@@ -51,65 +54,38 @@ TEST(PrivateCookies, areSetBeforeThePageIsAskedFor) {
   EXPECT_EQ(panel.webView->url()->absoluteString(), "https://a.example/");
 }
 
-TEST(PrivateCookies, aCookieThatCannotBeSetDoesNotHoldThePageBack) {
-  TestApplication app;
-  app.settle();
+TEST_F(PrivateCookiesTest, aCookieThatCannotBeSetDoesNotHoldThePageBack) {
   app.showWindow("https://a.example/", {.incognito = true, .cookies = {cookie("bad", ""), cookie("good")}});
   EXPECT_EQ(app.subsystems.countOf(kLoad), 1);
 }
 
-TEST(PrivateCookies, theWindowMayBeGoneByThen) {
-  TestApplication app;
-  app.settle();
-  const HeldStore held(app);
-  HovrelPanel& panel = app.showWindow(
-      "https://a.example/", {.incognito = true, .dataStore = held.store, .cookies = {cookie("one")}});
-  panel.close();
-  app.settleDown();
-  ASSERT_EQ(app.panelCount(), 0U);
-  held.store->cookieStore().completeAll();
-  app.settleDown();
-  EXPECT_THAT(app.log(), Not(Contains(kLoad)));
+TEST(PrivateCookies, theWindowMayBeClosedMeanwhile) {
+  for (const bool gone : {true, false}) {
+    TestApplication app;
+    app.settle();
+    const HeldStore held(app);
+    HovrelPanel& panel = app.showWindow(
+        "https://a.example/", {.incognito = true, .dataStore = held.store, .cookies = {cookie("one")}});
+    panel.close();
+    if (gone) app.settleDown();
+    held.store->cookieStore().completeAll();
+    app.settleDown();
+    EXPECT_EQ(app.panelCount(), 0U);
+    EXPECT_THAT(app.log(), Not(Contains(kLoad)));
+  }
 }
 
-TEST(PrivateCookies, anOrdinaryWindowTakesNone) {
-  TestApplication app;
-  app.settle();
+TEST_F(PrivateCookiesTest, anOrdinaryWindowTakesNone) {
   app.showWindow("https://a.example/", {.cookies = {cookie("one")}});
   EXPECT_TRUE(app.headless.webEngine().defaultStore().cookieStore().cookies().empty());
   EXPECT_EQ(app.subsystems.countOf(kLoad), 1);
+  app.showWindow("https://a.example/", {.incognito = true});
   EXPECT_THAT(app.log(), Not(Contains(::testing::StartsWith("toast:"))));
 }
 
-TEST(PrivateCookies, areNamedToThePerson) {
-  const struct {
-    std::vector<HttpCookie> cookies;
-    const char* toast;
-  } cases[] = {
-      {{cookie("session")}, "toast: Incognito, signed in with test cookies: session"},
-      {{cookie("a"), cookie("b"), cookie("c")}, "toast: Incognito, signed in with test cookies: a, b, c"}};
-  for (const auto& c : cases) {
-    TestApplication app;
-    app.settle();
-    app.showWindow("https://a.example/", {.incognito = true, .cookies = c.cookies});
-    EXPECT_EQ(app.subsystems.countOf(c.toast), 1);
-  }
-  TestApplication without;
-  without.settle();
-  without.showWindow("https://a.example/", {.incognito = true});
-  EXPECT_THAT(without.log(), Not(Contains(::testing::StartsWith("toast:"))));
-}
-
-TEST(PrivateCookies, closingWhileTheyAreBeingSetIsNotForgotten) {
-  TestApplication app;
-  app.settle();
-  const HeldStore held(app);
-  HovrelPanel& panel = app.showWindow(
-      "https://a.example/", {.incognito = true, .dataStore = held.store, .cookies = {cookie("one")}});
-  panel.close();
-  held.store->cookieStore().completeAll();
-  app.settleDown();
-  EXPECT_EQ(app.panelCount(), 0U);
+TEST_F(PrivateCookiesTest, areNamedToThePerson) {
+  app.showWindow("https://a.example/", {.incognito = true, .cookies = {cookie("a"), cookie("b")}});
+  EXPECT_EQ(app.subsystems.countOf("toast: Incognito, signed in with test cookies: a, b"), 1);
 }
 
 }  // namespace

@@ -1,4 +1,3 @@
-#include <optional>
 #include <string>
 
 #include <gtest/gtest.h>
@@ -12,35 +11,18 @@ namespace {
 using test::TestApplication;
 
 constexpr const char* kFile = "/home/p/Documents/urlbar_debug.txt";
-constexpr const char* kFirstLine =
-    "AppDelegate.applicationDidFinishLaunching called at 2024-01-02 03:04:05 +0000\n";
 
-TEST(DebugLog, theStartReplacesTheFile) {
+TEST(DebugLog, theStartReplacesTheFileAndEachMessageAddsALine) {
   TestApplication app;
   app.headless.files().writeAtomically(kFile, "from the last run\n");
-  AppDelegate& delegate = app.make();
-  delegate.applicationWillFinishLaunching();
-  EXPECT_EQ(app.headless.files().read(kFile), "from the last run\n");
-  delegate.applicationDidFinishLaunching();
-  EXPECT_EQ(app.headless.files().read(kFile), kFirstLine);
-}
-
-TEST(DebugLog, addsALineForEachMessage) {
-  TestApplication app;
   AppDelegate& delegate = app.start();
   delegate.debugLog().log("didFinish: https://a.example/");
   app.headless.advance(60);
   delegate.debugLog().log("");
   EXPECT_EQ(app.headless.files().read(kFile),
-            std::string(kFirstLine) +
-                "2024-01-02 03:04:05 +0000: [Nav] didFinish: https://a.example/\n"
-                "2024-01-02 03:05:05 +0000: [Nav] \n");
-}
-
-TEST(DebugLog, aMissingFileStartsWithTheMessage) {
-  TestApplication app;
-  app.make().debugLog().log("hello");
-  EXPECT_EQ(app.headless.files().read(kFile), "2024-01-02 03:04:05 +0000: [Nav] hello\n");
+            "AppDelegate.applicationDidFinishLaunching called at 2024-01-02 03:04:05 +0000\n"
+            "2024-01-02 03:04:05 +0000: [Nav] didFinish: https://a.example/\n"
+            "2024-01-02 03:05:05 +0000: [Nav] \n");
 }
 
 TEST(DebugLog, keepsToOneLineAndToAnEnd) {
@@ -58,14 +40,6 @@ TEST(DebugLog, nothingHappensWithoutADocumentsFolder) {
   app.headless.environment().documentsDirectory.reset();
   app.start().debugLog().log("hello");
   EXPECT_FALSE(app.headless.files().exists(kFile));
-}
-
-TEST(DebugLog, aFolderThatCannotBeWrittenKeepsNothingFromStarting) {
-  TestApplication app;
-  app.headless.environment().documentsDirectory = "/nowhere/Documents";
-  app.start().debugLog().log("hello");
-  app.settleDown();
-  EXPECT_EQ(app.subsystems.countOf("menu: build"), 1);
 }
 
 TEST(DebugLog, aDiskThatFailsKeepsNothingFromStarting) {

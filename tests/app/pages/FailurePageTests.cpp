@@ -1,5 +1,3 @@
-#include <fstream>
-#include <iterator>
 #include <optional>
 #include <string>
 #include <vector>
@@ -9,58 +7,37 @@
 
 #include "app/pages/FailurePage.h"
 #include "app/pages/LoopbackCandidates.h"
+#include "tests/support/TestApplication.h"
 #include "tests/support/UrlSupport.h"
 
 namespace velto {
 namespace {
 
+using test::TestApplication;
 using test::url;
-using ::testing::ElementsAre;
 using ::testing::HasSubstr;
-using ::testing::Not;
 
-WebError urlError(int code, std::string text = "") {
-  return {WebError::kUrlDomain, code, std::move(text), {}};
-}
-
-std::string installedTemplate() {
-  std::ifstream stream(VELTO_SOURCE_DIR "/resources/FailurePage.html");
-  return {std::istreambuf_iterator<char>(stream), {}};
-}
+WebError urlError(int code) { return {WebError::kUrlDomain, code, "", {}}; }
 
 TEST(FailurePage, saysWhatIsWrong) {
-  const std::string cannotOpen = "Velto can’t open the page “localhost:3000/a” because ";
   const struct {
     std::vector<int> codes;
-    std::string heading, body;
+    std::string text;
   } cases[] = {
-      {{-1005, -1004},
-       "Velto can’t connect to the server",
-       cannotOpen + "Velto can’t connect to the server “localhost”."},
-      {{-1003}, "Velto can’t find the server", cannotOpen + "Velto can’t find the server “localhost”."},
-      {{-1001}, "The server stopped responding", cannotOpen + "the server “localhost” stopped responding."},
+      {{-1005, -1004}, "because Velto can’t connect to the server “localhost”."},
+      {{-1003}, "because Velto can’t find the server “localhost”."},
+      {{-1001}, "because the server “localhost” stopped responding."},
       {{-1204, -1203, -1202, -1201, -1200},
-       "Velto can’t establish a secure connection",
-       cannotOpen + "Velto can’t verify the identity of the server “localhost”."},
-      {{-1009},
-       "You are not connected to the Internet",
-       cannotOpen + "your computer is not connected to the Internet."},
-      {{-1102, -1100},
-       "Velto can’t open that file",
-       "Velto runs in the macOS sandbox and can’t read “localhost:3000/a”. Serve the folder over http and "
-       "open "
-       "the port instead."},
-      {{-1002, -1000}, "Velto can’t open the page", "“localhost:3000/a” isn’t an address Velto can open."},
-      {{-1, -998, -1006, -1007, -1101, -1103, -1199, -1205, 0},
-       "Velto can’t open the page",
-       cannotOpen + "too many redirects."},
+       "because Velto can’t verify the identity of the server “localhost”."},
+      {{-1009}, "because your computer is not connected to the Internet."},
+      {{-1102, -1100}, "Velto runs in the macOS sandbox and can’t read “localhost:3000/a”."},
+      {{-1002, -1000}, "“localhost:3000/a” isn’t an address Velto can open."},
+      {{-1, -1006, -1101, -1103, -1199, -1205, 0}, "because too many redirects."},
   };
   for (const auto& c : cases) {
     for (const int code : c.codes) {
-      EXPECT_EQ(failurePage("{{heading}}|{{body}}", url("http://localhost:3000/a"),
-                            urlError(code, "Too many redirects.")),
-                c.heading + "|" + c.body)
-          << code;
+      const WebError error{WebError::kUrlDomain, code, "Too many redirects.", {}};
+      EXPECT_THAT(failurePage("{{body}}", url("http://localhost:3000/a"), error), HasSubstr(c.text)) << code;
     }
   }
 }
@@ -69,13 +46,9 @@ TEST(FailurePage, givesTheReasonOfOtherErrors) {
   const struct {
     std::string domain, description, reason;
   } cases[] = {
-      {WebError::kWebKitDomain, "Not allowed", "not allowed"},
-      {"G_IO_ERROR", "ÄRGER", "äRGER"},
       {"x", "Ωmega", "ωmega"},
-      {"x", "already", "already"},
       {"x", "<b> & \"c\"", "&lt;b&gt; &amp; &quot;c&quot;"},
       {"x", "Not \xFF UTF-8", "not \xEF\xBF\xBD UTF-8"},
-      {"x", "", "of an unknown error."},
       {"x", " \n", "of an unknown error."},
   };
   for (const auto& c : cases) {
@@ -85,31 +58,26 @@ TEST(FailurePage, givesTheReasonOfOtherErrors) {
   }
 }
 
-TEST(FailurePage, namesTheAddressAsItCan) {
+TEST(FailurePage, namesTheAddressAndOffersWhatCanBeTriedAgain) {
+  const auto retry = [](const std::string& link) {
+    return "responding.<p class=\"retry\"><a href=\"" + link + "\">Try Again</a></p>";
+  };
   const struct {
     std::optional<Url> address;
-    std::string page;
+    std::string named, server, end;
   } cases[] = {
-      {url("http://a.example/?x=1&y='2'"),
-       "a.example/?x=1&amp;y='2'|the server “a.example”|<p class=\"retry\"><a "
-       "href=\"http://a.example/?x=1&amp;y='2'\">Try Again</a></p>"},
-      {url("https://[::1]:3000/"),
-       "https://[::1]:3000/|the server “::1”|<p class=\"retry\"><a href=\"https://[::1]:3000/\">Try "
-       "Again</a></p>"},
-      {url("about:blank"),
-       "about:blank|the server “the server”|<p class=\"retry\"><a href=\"about:blank\">Try Again</a></p>"},
-      {std::nullopt, "that address|the server “the server”|"},
-      {url("javascript:x()"), "javascript:x()|the server “the server”|"},
-      {url("DATA:text/html,x"), "DATA:text/html,x|the server “the server”|"},
-      {url("blob:https://a.example/1"), "blob:https://a.example/1|the server “the server”|"},
+      {url("http://a.example/?x=1&y='2'"), "“a.example/?x=1&amp;y='2'”", "“a.example”",
+       retry("http://a.example/?x=1&amp;y='2'")},
+      {url("https://[::1]:3000/"), "“https://[::1]:3000/”", "“::1”", retry("https://[::1]:3000/")},
+      {std::nullopt, "“that address”", "“the server”", "responding."},
+      {url("javascript:x()"), "“javascript:x()”", "“the server”", "responding."},
+      {url("DATA:text/html,x"), "“DATA:text/html,x”", "“the server”", "responding."},
+      {url("blob:https://a.example/1"), "“blob:https://a.example/1”", "“the server”", "responding."},
   };
   for (const auto& c : cases) {
     const std::string text = failurePage("{{body}}{{retry}}", c.address, urlError(-1001));
-    const auto bar = c.page.find('|');
-    const auto second = c.page.find('|', bar + 1);
-    EXPECT_THAT(text, HasSubstr("“" + c.page.substr(0, bar) + "”"));
-    EXPECT_THAT(text, HasSubstr(c.page.substr(bar + 1, second - bar - 1) + " stopped"));
-    EXPECT_THAT(text, testing::EndsWith("responding." + c.page.substr(second + 1)));
+    EXPECT_THAT(text, HasSubstr("the page " + c.named + " because the server " + c.server + " stopped"));
+    EXPECT_THAT(text, testing::EndsWith(c.end));
   }
 }
 
@@ -122,70 +90,100 @@ TEST(FailurePage, fillsEachMarkOnceAndLeavesTheRest) {
             "{{other}} {{ Velto can’t open the page {{{heading}} {{");
 }
 
-TEST(FailurePage, theInstalledOneIsWhole) {
-  const std::string page = failurePage(installedTemplate(), url("https://a.example/"), urlError(-1003));
-  EXPECT_THAT(page,
-              testing::StartsWith("<!doctype html>\n<html lang=\"en\"><head><meta charset=\"utf-8\">\n"));
-  EXPECT_THAT(page, HasSubstr("<title>Velto can’t find the server</title>\n<style>"));
-  EXPECT_THAT(page,
-              testing::EndsWith("</style></head>\n<body><main>\n<h1>Velto can’t find the server</h1>\n"
-                                "<p>Velto can’t open the page “https://a.example/” because Velto can’t "
-                                "find the server “a.example”.</p>\n<p class=\"retry\"><a "
-                                "href=\"https://a.example/\">Try Again</a></p>\n</main></body></html>"));
-  EXPECT_THAT(page, Not(HasSubstr("{{")));
-}
-
-TEST(WebErrors, areToldApart) {
-  const struct {
-    const char* domain;
-    int code;
-    bool worthShowing, connection;
-  } cases[] = {{WebError::kUrlDomain, -999, false, false},
-               {WebError::kUrlDomain, 102, true, false},
-               {WebError::kWebKitDomain, 102, false, false},
-               {WebError::kWebKitDomain, -999, true, false},
-               {"other", -999, true, false},
-               {"other", 102, true, false},
-               {WebError::kUrlDomain, -1005, true, true},
-               {WebError::kUrlDomain, -1004, true, true},
-               {WebError::kUrlDomain, -1003, true, true},
-               {WebError::kUrlDomain, -1001, true, true},
-               {WebError::kUrlDomain, -1002, true, false},
-               {WebError::kUrlDomain, -1009, true, false},
-               {WebError::kWebKitDomain, -1004, true, false}};
-  for (const auto& c : cases) {
-    const WebError error{c.domain, c.code, "", {}};
-    EXPECT_EQ(isFailureWorthShowing(error), c.worthShowing) << c.domain << c.code;
-    EXPECT_EQ(isConnectionFailure(error), c.connection) << c.domain << c.code;
-  }
-}
-
-TEST(LoopbackCandidates, areTriedInOrder) {
-  const struct {
-    const char* asked;
-    std::vector<std::string> candidates;
-  } cases[] = {
-      {"http://localhost:3000/a?b#c", {"http://127.0.0.1:3000/a?b#c", "http://[::1]:3000/a?b#c"}},
-      {"https://u@LocalHost/", {"https://u@127.0.0.1/", "https://u@[::1]/"}},
-      {"http://127.0.0.1:3000/", {}},
-      {"http://localhost.example/", {}},
-      {"http://app.localhost/", {}},
-      {"file:///localhost", {}},
-  };
-  for (const auto& c : cases) {
-    std::vector<std::string> candidates;
-    std::optional<LoopbackAttempt> attempt;
-    while (const auto step = nextLoopbackCandidate(attempt, url(c.asked))) {
-      candidates.push_back(step->candidate.absoluteString());
-      EXPECT_EQ(step->attempt.original, url(c.asked));
-      attempt = step->attempt;
-    }
-    EXPECT_EQ(candidates, c.candidates) << c.asked;
-  }
+TEST(LoopbackCandidates, takeThePlaceOfTheNameAlone) {
+  const auto first = nextLoopbackCandidate({}, url("https://u@LocalHost:3000/a?b#c"));
+  ASSERT_TRUE(first);
+  EXPECT_EQ(first->candidate, url("https://u@127.0.0.1:3000/a?b#c"));
   // The failing address of a later attempt is not where the search began.
-  EXPECT_EQ(nextLoopbackCandidate(LoopbackAttempt{url("http://localhost/"), 1}, url("http://127.0.0.1/"))
-                ->candidate.absoluteString(),
-            "http://[::1]/");
+  const auto second = nextLoopbackCandidate(first->attempt, url("http://127.0.0.1/"));
+  ASSERT_TRUE(second);
+  EXPECT_EQ(second->candidate, url("https://u@[::1]:3000/a?b#c"));
+  EXPECT_FALSE(nextLoopbackCandidate(second->attempt, url("http://[::1]/")));
+  for (const char* other : {"http://127.0.0.1:3000/", "http://localhost.example/", "file:///localhost"}) {
+    EXPECT_FALSE(nextLoopbackCandidate({}, url(other))) << other;
+  }
+}
+
+TEST(CrashPage, namesTheAddressEverywhereAndEscapesIt) {
+  EXPECT_EQ(crashPage("<a href=\"{{url}}\">{{url}}</a>", url("https://a.example/?a=1&b='2'")),
+            "<a href=\"https://a.example/?a=1&amp;b='2'\">https://a.example/?a=1&amp;b='2'</a>");
+  EXPECT_EQ(crashPage("{{url}}", {}), "about:blank");
+  EXPECT_EQ(crashPage("{{url", url("https://a.example/")), "{{url");
+}
+
+/// An application with two windows; the page of the first is about to die.
+class CrashTest : public ::testing::Test {
+ protected:
+  CrashTest() {
+    const auto resources = app_.headless.environment().resourcesDirectory;
+    app_.headless.files().writeAtomically(resources / "PageCrashed.html",
+                                          "<title>Gone</title><a href=\"{{url}}\">Reload</a>");
+    app_.settle();
+    panel_ = app_.showWindow("https://a.example/x?a=1&b=2");
+    other_ = app_.showWindow("https://b.example/");
+    app_.subsystems.log.clear();
+  }
+
+  HeadlessWebView& page() { return app_.pageOf(*panel_); }
+  void crash() {
+    page().crash();
+    app_.settleDown();
+  }
+
+  TestApplication app_;
+  WeakPtr<HovrelPanel> panel_;
+  WeakPtr<HovrelPanel> other_;
+};
+
+TEST_F(CrashTest, showsInItsWindowAndCanBeReloaded) {
+  crash();
+  EXPECT_EQ(page().html(), "<title>Gone</title><a href=\"https://a.example/x?a=1&amp;b=2\">Reload</a>");
+  EXPECT_EQ(page().url()->absoluteString(), "https://a.example/x?a=1&b=2");
+  EXPECT_EQ(app_.pageOf(*other_).html(), "");
+
+  page().clickLink("https://a.example/x?a=1&b=2");
+  app_.settleDown();
+  EXPECT_EQ(page().html(), "");
+  crash();
+  EXPECT_THAT(page().html(), HasSubstr("Reload")) << "it was a page again, no failure";
+}
+
+TEST_F(CrashTest, aMissingTemplateStillGivesTheLink) {
+  app_.headless.files().failAllCalls();
+  crash();
+  EXPECT_THAT(page().html(), HasSubstr("<a href=\"https://a.example/x?a=1&amp;b=2\">"));
+}
+
+TEST_F(CrashTest, keepsTheScrollThatARealNavigationForgets) {
+  panel_->lastKnownScroll = LayoutScroll{0, 120};
+  crash();
+  EXPECT_EQ(panel_->lastKnownScroll, (LayoutScroll{0, 120}));
+  page().clickLink("https://a.example/next");
+  app_.settleDown();
+  EXPECT_FALSE(panel_->lastKnownScroll);
+}
+
+TEST_F(CrashTest, aProcessThatDiesOfThisPageTooIsNotStartedOverAndOver) {
+  const auto shown = [this] {
+    return app_.subsystems.countOf("engine: loadSubstitute https://a.example/x?a=1&b=2");
+  };
+  crash();
+  crash();
+  EXPECT_EQ(shown(), 2) << "its button works again";
+  for (int i = 0; i < 10; ++i) crash();
+  EXPECT_EQ(shown(), 3);
+  app_.headless.advance(60);
+  crash();
+  EXPECT_EQ(shown(), 4) << "much later it is worth another try";
+}
+
+TEST_F(CrashTest, theWindowIsStillFoundByItsAddress) {
+  crash();
+  app_.receive(
+      {"velto://open?reuse=true&url="
+       "https%3A%2F%2Fa.example%2Fx%3Fa%3D1%26b%3D2"});
+  EXPECT_EQ(app_.panelCount(), 2U);
+  EXPECT_EQ(app_.headless.application().keyWindow(), panel_.get());
 }
 
 }  // namespace

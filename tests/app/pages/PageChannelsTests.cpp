@@ -1,4 +1,3 @@
-#include <cstdint>
 #include <limits>
 #include <memory>
 #include <optional>
@@ -20,7 +19,6 @@ namespace velto {
 namespace {
 
 using test::url;
-using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
 
@@ -69,34 +67,18 @@ class PageChannelsTest : public ::testing::Test {
   HeadlessWebView* page_ = nullptr;
 };
 
-TEST_F(PageChannelsTest, stateTheChannelsAndTheScriptsInTheirOrder) {
-  const auto controller = page_->configuration().userContentController;
-  std::vector<std::string> names;
-  for (const auto& channel : controller->channels()) {
-    names.push_back(channel.name);
-    EXPECT_EQ(channel.world, ContentWorld{});
-  }
-  EXPECT_THAT(names, ElementsAre("velto", "windowDrag", "windowResize", "veltoScroll", "veltoWindow"));
-
-  const auto& scripts = controller->userScripts();
+TEST_F(PageChannelsTest, runTheScriptsThatAreInstalled) {
+  const auto& scripts = page_->configuration().userContentController->userScripts();
   ASSERT_EQ(scripts.size(), 3U);
   const char* const marks[] = {"velto-injected-styles", "__veltoInjected", "__veltoScrollReporter"};
   for (std::size_t i = 0; i < scripts.size(); ++i) {
     EXPECT_THAT(scripts[i].source, HasSubstr(marks[i]));
-    EXPECT_EQ(scripts[i].time, UserScript::Time::documentEnd);
-    EXPECT_EQ(scripts[i].mainFrameOnly, i == 2);
-    EXPECT_EQ(scripts[i].world, ContentWorld{});
+    EXPECT_EQ(scripts[i].mainFrameOnly, i == 2) << "frames do not tell how far the page is scrolled";
   }
 
-  // Read once per process, and one that is missing is left out.
-  const auto folder = headless_.environment().resourcesDirectory / "scripts";
-  headless_.files().remove(folder / "video-button.js");
-  EXPECT_EQ(channels_->makeUserContentController(application_.pageWindows)->userScripts().size(), 3U);
-  EXPECT_EQ(PageChannels(headless_.platform(), application_)
-                .makeUserContentController(application_.pageWindows)
-                ->userScripts()
-                .size(),
-            2U);
+  headless_.files().remove(headless_.environment().resourcesDirectory / "scripts" / "video-button.js");
+  PageChannels others(headless_.platform(), application_);
+  EXPECT_EQ(others.makeUserContentController(application_.pageWindows)->userScripts().size(), 2U);
 }
 
 TEST(RequestedPage, isReadFromTheMessage) {
@@ -110,27 +92,18 @@ TEST(RequestedPage, isReadFromTheMessage) {
        "velto-player://youtube?v=aB3-_efghiJ"},
       {R"({"player":"youtube","videoId":"aB3-_efghiJ","playing":"true","t":-0.5})",
        "velto-player://youtube?v=aB3-_efghiJ"},
-      {R"({"player":"youtube","videoId":"aB3-_efghiJ","t":1e308})", "velto-player://youtube?v=aB3-_efghiJ"},
       {R"({"player":"youtube","videoId":"aB3-_efghiJ","t":9223372036854775807})",
        "velto-player://youtube?v=aB3-_efghiJ"},
       {R"({"player":"youtube","videoId":"short","url":"https://b.example/"})", nullptr},
       {R"({"player":"youtube","videoId":7,"url":"https://b.example/"})", "https://b.example/"},
-      {R"({"player":"YouTube","videoId":"aB3-_efghiJ"})", nullptr},
       {R"({"url":"http://localhost:3000/x"})", "http://localhost:3000/x"},
       {R"({"url":"velto-player://youtube?v=aB3-_efghiJ"})", "velto-player://youtube?v=aB3-_efghiJ"},
       {R"({"url":"velto-player://youtube?v=short"})", nullptr},
-      {R"({"url":"velto-player://other?v=aB3-_efghiJ"})", nullptr},
       {R"({"url":"file:///etc/passwd"})", nullptr},
-      {R"({"url":"velto://open?url=x"})", nullptr},
-      {R"({"url":"velto-history:"})", nullptr},
-      {R"({"url":"javascript:x"})", nullptr},
-      {R"({"url":"data:text/html,x"})", nullptr},
       {R"({"url":"no url"})", nullptr},
       {R"({"url":["https://b.example/"]})", nullptr},
       {R"({})", nullptr},
-      {R"(["url","https://b.example/"])", nullptr},
       {R"("https://b.example/")", nullptr},
-      {"null", nullptr},
   };
   for (const auto& c : cases) {
     const auto target = requestedPage(json(c.body));
@@ -174,10 +147,9 @@ TEST_F(PageChannelsTest, openPrivateWindowsForPrivatePages) {
 
 TEST_F(PageChannelsTest, dropMessagesThatAreNotAsTheyShouldBe) {
   const Rect before = panel_->frame();
-  for (const char* body : {"null", "[1,2]", "7", R"("deltaX")", "{}", R"({"deltaX":1})",
+  for (const char* body : {"null", "[1,2]", R"({"deltaX":1,"width":1,"x":1})",
                            R"({"deltaX":true,"deltaY":true,"width":true,"height":true,"x":true,"y":true})",
-                           R"({"deltaX":"1","deltaY":2,"width":"1","height":2,"x":"1","y":2})",
-                           R"({"deltaX":null,"deltaY":2,"width":null,"height":2,"x":null,"y":2})"}) {
+                           R"({"deltaX":"1","deltaY":2,"width":"1","height":2,"x":"1","y":2})"}) {
     for (const char* channel : {"windowDrag", "windowResize", "veltoScroll", "velto", "unknown"}) {
       post(channel, json(body));
     }
@@ -188,11 +160,8 @@ TEST_F(PageChannelsTest, dropMessagesThatAreNotAsTheyShouldBe) {
   EXPECT_EQ(panel_->frame(), before);
   EXPECT_FALSE(panel_->lastKnownScroll);
   EXPECT_THAT(application_.opened, IsEmpty());
-}
-
-TEST_F(PageChannelsTest, storeTheScrollOfTheSendersWindow) {
   post("veltoScroll", json(R"({"x":0,"y":1200.5})"));
-  EXPECT_EQ(panel_->lastKnownScroll, (LayoutScroll{0, 1200.5}));
+  EXPECT_EQ(panel_->lastKnownScroll, (LayoutScroll{0, 1200.5})) << "the next one counts";
 }
 
 TEST_F(PageChannelsTest, moveAndSizeTheKeyWindow) {
@@ -244,17 +213,15 @@ TEST(WindowMotion, keepsAStripOfTheWindowOnAScreen) {
     Rect asked;
     Point held;
   } cases[] = {
-      {{{10, 10}, {300, 200}}, {10, 10}},         {{{-278, -178}, {300, 200}}, {-278, -178}},
       {{{-279, -300}, {300, 200}}, {-278, -178}}, {{{1e6, 1e6}, {300, 200}}, {1478, 778}},
-      {{{1490, 300}, {300, 200}}, {1478, 300}},   {{{1490, -150}, {300, 200}}, {1478, 22}},
-      {{{1005, 100}, {300, 50}}, {978, 100}},     {{{995, -10}, {10, 10}}, {990, 0}},
-      {{{-5000, 0}, {10000, 10000}}, {-5000, 0}},
+      {{{1490, -150}, {300, 200}}, {1478, 22}},   {{{1005, 100}, {300, 50}}, {978, 100}},
+      {{{995, -10}, {10, 10}}, {990, 0}},         {{{-5000, 0}, {10000, 10000}}, {-5000, 0}},
   };
   for (const auto& c : cases) {
     const Rect held = heldOnScreens(c.asked, screens);
     EXPECT_EQ(held, (Rect{c.held, c.asked.size})) << c.asked.origin.x << "," << c.asked.origin.y;
   }
-  EXPECT_EQ(heldOnScreens(cases[3].asked, {}), cases[3].asked);
+  EXPECT_EQ(heldOnScreens(cases[1].asked, {}), cases[1].asked);
 }
 
 TEST_F(PageChannelsTest, pinTheirOwnWindowAndTellTheTruth) {

@@ -22,17 +22,12 @@ TEST(UserAgent, takesTheVersionOfSafariWhenItLooksLikeOne) {
     std::string plist, version;
   } cases[] = {
       {"a version", infoPlist("<string>18.3.1</string>"), "18.3.1"},
-      {"a single number", infoPlist("<string>26</string>"), "26"},
       {"odd dots are let through", infoPlist("<string>1..</string>"), "1.."},
-      {"empty", infoPlist("<string></string>"), "17.2"},
       {"begins with a dot", infoPlist("<string>.5</string>"), "17.2"},
-      {"a letter", infoPlist("<string>18b</string>"), "17.2"},
-      {"a blank", infoPlist("<string>18 </string>"), "17.2"},
       {"a line end, which would split the header", infoPlist("<string>18&#10;X: y</string>"), "17.2"},
       {"a number and no text", infoPlist("<integer>18</integer>"), "17.2"},
       {"no such key", R"(<plist version="1.0"><dict/></plist>)", "17.2"},
       {"no dictionary", R"(<plist version="1.0"><array/></plist>)", "17.2"},
-      {"no property list", "18.0", "17.2"},
       {"nothing", "", "17.2"},
   };
   for (const auto& c : cases) EXPECT_EQ(safariVersionString(c.plist), c.version) << c.what;

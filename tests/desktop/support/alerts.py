@@ -12,14 +12,15 @@ from .windows import Frame
 
 
 def wait_for_alert(application, title, text, *buttons):
-    """The alert with just these words and buttons, told by its looks: those of another dialog that says the same."""
+    """The alert with just these words and buttons, told by its looks: another dialog says the same."""
     screen = application.desktop.screen
     alert = wait_until(lambda: screen.alerts(), "an alert appears")[0]
     twin = subprocess.Popen([sys.executable, Path(__file__).with_name("message.py"), title, text, *buttons],
                             env=application.environment)
     try:
         reference = wait_until(lambda: screen.alerts("message"), "the dialog to compare with appears")[0]
-        compare(application.desktop, alert, reference, lambda: f"the alert says {title!r}, {text!r}, {buttons}")
+        compare(application.desktop, alert, reference,
+                lambda: f"the alert says {title!r}, {text!r}, {buttons}")
     finally:
         twin.kill()
         twin.wait()

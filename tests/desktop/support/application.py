@@ -73,6 +73,12 @@ class Application:
         """What `velto` with these arguments opens."""
         return self.window_from("velto", *arguments)
 
+    def show(self, url, colour, *arguments):
+        """The same, once its page is seen."""
+        window = self.open(url, *arguments)
+        window.wait_until_shows(colour)
+        return window
+
     def hand_over(self, *arguments):
         return self.window_from("velto-open", *arguments)
 

@@ -15,8 +15,8 @@ class Clipboard:
         self.selection, self.target, self.place = map(x.intern_atom, ("CLIPBOARD", "UTF8_STRING", "COPIED"))
 
     def clear(self):
-        request.SetSelectionOwner(display=self.x.display, onerror=None, window=X.NONE, selection=self.selection,
-                                  time=X.CurrentTime)
+        request.SetSelectionOwner(display=self.x.display, onerror=None, window=X.NONE,
+                                  selection=self.selection, time=X.CurrentTime)
         self.x.sync()
 
     def is_filled(self):

@@ -1,6 +1,8 @@
 """Layouts and sessions as they lie on disk, and arrangements of windows on the screen."""
 
 import json
+import os
+from pathlib import Path
 
 
 def layouts_folder(application):
@@ -52,8 +54,12 @@ def words_below(folder, word):
     """The files below a folder whose name or content has the word, in either of the engine's encodings."""
     texts = (word.encode(), word.encode("utf-16-le"))
     found = []
-    for path in folder.rglob("*"):
-        content = path.read_bytes() if path.is_file() and not path.is_symlink() else b""
-        if any(text in content or text in path.name.encode() for text in texts):
-            found.append(path)
+    for parent, folders, files in os.walk(folder):
+        for path in (Path(parent, name) for name in folders + files):
+            try:
+                content = path.read_bytes() if path.is_file() and not path.is_symlink() else b""
+            except FileNotFoundError:
+                continue  # it went away in between
+            if any(text in content or text in path.name.encode() for text in texts):
+                found.append(path)
     return found

@@ -1,6 +1,5 @@
 """Safari's data, as the tests write it themselves."""
 
-import os
 import sqlite3
 import struct
 from collections import namedtuple
@@ -16,14 +15,6 @@ EXPIRES = 2000000000.0
 def snapshot(application):
     """The folder in which copies are staged."""
     return application.home / "data" / "Velto" / "SafariImport"
-
-
-def stage(application, cookies=(), visits=(), at=None):
-    """Puts the two files there, staged at a time in seconds since 1970."""
-    folder = snapshot(application)
-    write_files(folder, cookies, visits)
-    if at is not None:
-        os.utime(folder, (at, at))
 
 
 def write_files(folder, cookies, visits):
@@ -52,8 +43,9 @@ def record(cookie):
 def write_history(path, visits):
     with sqlite3.connect(path) as database:
         database.execute("CREATE TABLE history_items (id INTEGER PRIMARY KEY, url TEXT)")
-        database.execute("CREATE TABLE history_visits (id INTEGER PRIMARY KEY, history_item INTEGER, title TEXT,"
-                         " visit_time REAL, load_successful BOOLEAN, redirect_destination INTEGER)")
+        database.execute("CREATE TABLE history_visits (id INTEGER PRIMARY KEY, history_item INTEGER,"
+                         " title TEXT, visit_time REAL, load_successful BOOLEAN,"
+                         " redirect_destination INTEGER)")
         for number, visit in enumerate(visits):
             database.execute("INSERT INTO history_items VALUES (?, ?)", (number, visit.url))
             database.execute("INSERT INTO history_visits VALUES (?, ?, ?, ?, 1, NULL)",

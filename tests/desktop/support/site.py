@@ -31,7 +31,7 @@ class Server(ThreadingHTTPServer):
 class Site:
     """Every request is noted. A path that no test has given a page answers with an empty page.
 
-    It listens at one address; at "::" on both families. It hangs up on a request that names a host in `deaf_to`.
+    It listens at one address; at "::" on both families. It hangs up on whoever names a host in `deaf_to`.
     """
 
     def __init__(self, address="127.0.0.1", port=0, deaf_to=(), certificate=None):
@@ -75,6 +75,14 @@ class Site:
         """Lets a function, called with the request's handler, answer instead of a page. Returns the URL."""
         self._answers[path] = how
         return self.url(path)
+
+    def redirect(self, path, to):
+        def how(handler):
+            handler.send_response(302)
+            handler.send_header("Location", to)
+            handler.send_header("Content-Length", "0")
+            handler.end_headers()
+        return self.answer(path, how)
 
     def count(self, path):
         return sum(urlsplit(asked).path == path for asked, _ in list(self.requests))

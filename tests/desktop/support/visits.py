@@ -14,7 +14,7 @@ def write_visits(application, visits, name="History.json"):
     """Each visit is an address, a title and how many days ago it was; newest first."""
     noon = datetime.now().astimezone().replace(hour=12, minute=0, second=0, microsecond=0)
     entries = [{"url": url, "title": title,
-                "timestamp": (noon - timedelta(days=days)).astimezone(timezone.utc).strftime("%Y-%m-%dT%H:%M:%SZ")}
+                "timestamp": f"{(noon - timedelta(days=days)).astimezone(timezone.utc):%Y-%m-%dT%H:%M:%SZ}"}
                for url, title, days in visits]
     folder = application.home / "data" / "Velto"
     folder.mkdir(mode=0o700, parents=True, exist_ok=True)

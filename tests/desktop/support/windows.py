@@ -203,7 +203,7 @@ class Window:
         return self.screen.picture(self.frame())
 
     def middle_of(self, colour, at_least=100):
-        """Of what has that colour, (red, green, blue), in root coordinates; None when there is too little of it."""
+        """Of what has that colour, (red, green, blue), in root coordinates; None when it is too little."""
         picture = self.picture()
         pixels = picture.load()
         found = [(x, y) for x in range(0, picture.width, 2) for y in range(0, picture.height, 2)
@@ -211,4 +211,5 @@ class Window:
         if len(found) < at_least:
             return None
         frame = self.frame()
-        return frame.x + sum(x for x, _ in found) // len(found), frame.y + sum(y for _, y in found) // len(found)
+        x, y = (sum(values) // len(found) for values in zip(*found))
+        return frame.x + x, frame.y + y

@@ -78,8 +78,7 @@ TEST(JsonRecord, TakesNoOtherType) {
       {"whole", "1e19", Kind::malformed},  {"whole", "true", Kind::malformed},
       {"whole", "\"1\"", Kind::malformed}, {"whole", "null", Kind::missing},
       {"whole", "", Kind::missing},        {"number", "1e400", Kind::malformed},
-      {"number", "null", Kind::missing},   {"number", "[]", Kind::malformed},
-      {"text", "1", Kind::malformed},      {"text", "null", Kind::missing},
+      {"number", "[]", Kind::malformed},   {"text", "1", Kind::malformed},
       {"flag", "1", Kind::malformed},      {"flag", "null", Kind::malformed},
       {"flag", "", Kind::missing},         {"maybe", "\"1\"", Kind::malformed},
       {"list", "{}", Kind::malformed},     {"list", "[1,\"2\"]", Kind::malformed},
@@ -115,7 +114,6 @@ TEST(JsonRecord, AParserForgetsTheTextBefore) {
             100000U);
   EXPECT_THROW(parser.parse("{"), JsonError);
   EXPECT_EQ(decodeJson<TestRecord>(parser.parse("\ufeff" + recordWith("text", "\"b\""))).text, "b");
-  EXPECT_THROW(parser.parse(std::string(513, '[') + std::string(513, ']')), JsonError);
 }
 
 }  // namespace

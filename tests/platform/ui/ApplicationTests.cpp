@@ -40,19 +40,6 @@ class ApplicationTest : public testing::Test {
   RecordingDelegate delegate;
 };
 
-using Windows = std::vector<Window*>;
-
-TEST_F(ApplicationTest, ListsWindowsInOrderOfMakingUntilTheyClose) {
-  const auto first = make();
-  auto second = make();
-  const auto third = make();
-  EXPECT_EQ(application.windows(), (Windows{first.get(), second.get(), third.get()}));
-  first->close();
-  EXPECT_EQ(application.windows(), (Windows{second.get(), third.get()}));
-  second.reset();
-  EXPECT_EQ(application.windows(), Windows{third.get()});
-}
-
 TEST_F(ApplicationTest, BecomesActiveWithItsFirstKeyWindowOnly) {
   const auto first = make();
   const auto second = make();
@@ -65,16 +52,10 @@ TEST_F(ApplicationTest, BecomesActiveWithItsFirstKeyWindowOnly) {
   EXPECT_EQ(delegate.log, (std::vector<std::string>{"active", "active"}));
 }
 
-TEST_F(ApplicationTest, TerminatesOnce) {
+TEST_F(ApplicationTest, TerminatesOnceThoughItsDelegateAsksAgain) {
   application.terminate();
   EXPECT_EQ(delegate.log, std::vector<std::string>{"will terminate"});
   EXPECT_TRUE(headless.windowSystem().isStopped());
-}
-
-TEST_F(ApplicationTest, TheFirstScreenIsTheMainOne) {
-  EXPECT_EQ(application.mainScreen()->visibleFrame, (Rect{{0, 0}, {1920, 1053}}));
-  headless.windowSystem().setScreens({});
-  EXPECT_EQ(application.mainScreen(), std::nullopt);
 }
 
 }  // namespace

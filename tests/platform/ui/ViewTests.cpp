@@ -83,58 +83,26 @@ TEST_F(HitTesting, TheDeepestAndTopmostViewIsHitAndEdgesBelongToTheLowerLeft) {
   }
 }
 
-TEST_F(HitTesting, HiddenTreesAreNotHit) {
-  above.setHidden(true);
-  EXPECT_EQ(root.hitTest({36, 36}), &below);
-}
-
-TEST_F(HitTesting, WhatPassesThePointerThroughStillAsksItsSubviews) {
+TEST_F(HitTesting, HiddenTreesAreNotHitAndWhatPassesThePointerThroughAsksItsSubviews) {
   above.setPassesPointerThrough(true);
   EXPECT_EQ(root.hitTest({36, 36}), &inner);
   EXPECT_EQ(root.hitTest({50, 50}), &below);
   EXPECT_EQ(root.hitTest({70, 70}), &root);
-}
-
-TEST_F(HitTesting, ConvertsUpToTheContent) { EXPECT_EQ(inner.convertToContent({1, 2}), (Point{36, 37})); }
-
-TEST(ViewTree, MovesAViewBetweenOwners) {
-  View first;
-  View second;
-  View& view = add(first, {});
-  const WeakPtr<View> weak = view;
-  view.removeFromSuperview();
-  EXPECT_FALSE(weak) << "nobody took it";
-
-  View& moved = add(first, {});
-  std::unique_ptr<View> owned = moved.removeFromSuperview();
-  EXPECT_EQ(owned.get(), &moved);
-  EXPECT_EQ(moved.superview(), nullptr);
-  EXPECT_TRUE(first.subviews().empty());
-  second.addSubview(std::move(owned));
-  EXPECT_EQ(moved.superview(), &second);
-  EXPECT_EQ(second.removeFromSuperview(), nullptr);
+  above.setHidden(true);
+  EXPECT_EQ(root.hitTest({36, 36}), &below);
 }
 
 TEST(ViewTree, WeakReferencesEndWithTheWholeTree) {
-  auto view = std::make_unique<View>();
-  const WeakPtr<View> weak = *view;
-  view->addSubview(std::make_unique<View>());
-  const WeakPtr<View> inner = *view->subviews().front();
-  view.reset();
+  View first;
+  View& view = add(first, {});
+  const WeakPtr<View> weak = view;
+  const WeakPtr<View> inner = add(view, {});
+  std::unique_ptr<View> owned = view.removeFromSuperview();
+  EXPECT_EQ(view.removeFromSuperview(), nullptr);
+  EXPECT_TRUE(inner);
+  owned.reset();
   EXPECT_FALSE(weak);
   EXPECT_FALSE(inner);
-}
-
-TEST(ViewTree, FindsByType) {
-  struct Badge : View {
-    using View::View;
-  };
-  View root;
-  View& branch = add(root, {});
-  Badge& badge = branch.addSubview(std::make_unique<Badge>());
-  EXPECT_EQ(firstSubview<Badge>(root), nullptr);
-  EXPECT_EQ(firstSubview<Badge>(branch), &badge);
-  EXPECT_EQ(findDescendant<Badge>(root), &badge);
 }
 
 /// Logs where it goes; builds a part of itself when it comes into a window.
@@ -152,66 +120,23 @@ class Traveller : public View {
 };
 
 TEST(ViewInWindow, IsToldOnceWhenItComesAndGoes) {
+  using Log = std::vector<std::string>;
   HeadlessPlatform headless;
-  std::vector<std::string> log;
+  Log log;
   auto content = std::make_unique<View>();
   View& root = *content;
   content->addSubview(std::make_unique<Traveller>(log));
-  EXPECT_TRUE(log.empty());
+  EXPECT_EQ(log, Log{});
   {
     Window window(headless.application(), {{0, 0}, {10, 10}}, 0);
     window.setContentView(std::move(content));
-    EXPECT_EQ(log, (std::vector<std::string>{"in"}));
-    Traveller& late = root.addSubview(std::make_unique<Traveller>(log));
-    EXPECT_EQ(log, (std::vector<std::string>{"in", "in"}));
-    EXPECT_EQ(late.window(), &window);
+    EXPECT_EQ(std::exchange(log, {}), Log{"in"});
+    Traveller& late = root.addSubview(std::make_unique<Traveller>(log, true));
+    EXPECT_EQ(std::exchange(log, {}), (Log{"in", "in"}));
     late.removeFromSuperview();
-    EXPECT_EQ(log, (std::vector<std::string>{"in", "in", "out"}));
-    log.clear();
+    EXPECT_EQ(std::exchange(log, {}), (Log{"out", "out"}));
   }
-  EXPECT_EQ(log, (std::vector<std::string>{"out"}));
-}
-
-TEST(ViewInWindow, MayBuildItselfWhenItComes) {
-  HeadlessPlatform headless;
-  std::vector<std::string> log;
-  Window window(headless.application(), {{0, 0}, {10, 10}}, 0);
-  window.setContentView(std::make_unique<Traveller>(log, true));
-  EXPECT_EQ(log, (std::vector<std::string>{"in", "in"}));
-}
-
-class RecordingPeer final : public ViewPeer {
- public:
-  explicit RecordingPeer(std::vector<std::string>& told) : log(told) {}
-  void frameChanged() override { log.emplace_back("frame"); }
-  void subviewsChanged() override { log.emplace_back("subviews"); }
-  void appearanceChanged() override { log.emplace_back("appearance"); }
-  void needsDisplay() override { log.emplace_back("display"); }
-  std::vector<std::string>& log;
-};
-
-TEST(ViewPeerCalls, FollowEachRealChangeOnly) {
-  View view(Rect{{0, 0}, {10, 10}});
-  std::vector<std::string> log;
-  view.setPeer(std::make_unique<RecordingPeer>(log));
-  const auto expect = [&](const char* what, const std::vector<std::string>& calls, auto&& change) {
-    log.clear();
-    change();
-    EXPECT_EQ(log, calls) << what;
-  };
-  expect("frame", {"frame"}, [&] { view.setFrame({{1, 0}, {10, 10}}); });
-  expect("same frame", {}, [&] { view.setFrame({{1, 0}, {10, 10}}); });
-  expect("hidden", {"appearance"}, [&] { view.setHidden(true); });
-  expect("same hidden", {}, [&] { view.setHidden(true); });
-  expect("alpha", {"appearance"}, [&] { view.setAlpha(0.5); });
-  expect("same alpha", {}, [&] { view.setAlpha(0.5); });
-  expect("alpha past its end", {"appearance"}, [&] { view.setAlpha(7); });
-  expect("alpha at its end", {}, [&] { view.setAlpha(1); });
-  expect("cursor", {"appearance"}, [&] { view.setCursor(Cursor::iBeam); });
-  expect("pointer", {"appearance"}, [&] { view.setPassesPointerThrough(true); });
-  expect("display", {"display"}, [&] { view.setNeedsDisplay(); });
-  expect("subview", {"subviews"}, [&] { view.addSubview(std::make_unique<View>()); });
-  expect("no subview", {"subviews"}, [&] { view.subviews().front()->removeFromSuperview(); });
+  EXPECT_EQ(log, Log{"out"});
 }
 
 TEST(ViewRendering, DrawsLaterSubviewsAboveWithAlphaAndClipsToBounds) {
