@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <ctime>
 #include <utility>
 
 #include "platform/gtk/GtkWebEngine.h"
@@ -23,6 +24,13 @@ constexpr double kLeastReading = 0.00005;
 /// A message that was not looked at as a whole may have taken any time. The first one is an oversight.
 constexpr double kTooBig = 0.2;
 constexpr int kMostDoublings = 8;
+
+/// Seconds that this thread has worked: when the machine stands still meanwhile, no page shall pay for it.
+double workedTime() {
+  timespec time{};
+  ::clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
+  return static_cast<double>(time.tv_sec) + 1e-9 * static_cast<double>(time.tv_nsec);
+}
 
 /// An answer that a script waits for. One that is dropped gives the script an error.
 class PendingReply {
@@ -182,17 +190,15 @@ gboolean ScriptBridge::messageWithReplyReceived(WebKitUserContentManager*, JSCVa
 }
 
 std::optional<JsonValue> ScriptBridge::read(JSCValue* value) {
-  const Clock& clock = engine_.clock();
-  const Uptime began = clock.uptime();
+  const double began = workedTime();
   ScriptReading reading = readScriptValue(value);
   // A message without a body is one all the same.
   if (jsc_value_is_undefined(value) != FALSE) reading.json = JsonValue(JsonValue::Storage());
-  const Uptime now = clock.uptime();
-  double cost = kLeastReading + reading.cost + now.seconds - began.seconds;
+  double cost = kLeastReading + reading.cost + workedTime() - began;
   if (reading.isTooBig && refusals_++ > 0) {
     cost = std::max(cost, kTooBig) * (1 << std::min(refusals_, kMostDoublings));
   }
-  if (!allowance_.spend(cost, now)) pause();
+  if (!allowance_.spend(cost, engine_.clock().uptime())) pause();
   return std::move(reading.json);
 }
 
