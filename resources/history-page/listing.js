@@ -51,6 +51,7 @@ class Search {
 
   constructor(words, before) {
     this.words = words;
+    this.places = words.flatMap(Trace.placesOf);
     const goesOn = before?.words.length && before.words.every(old => words.some(word => word.includes(old)));
     this.again = goesOn ? [...before.fruitful, ...before.again.slice(before.nextAgain)] : [];
     this.nextAgain = 0;
@@ -70,11 +71,12 @@ class Search {
   scan(at) {
     const before = this.listing.count;
     const first = visits.firstRows.values[at];
-    const { folded, starts } = visits.blocks[at];
+    const { folded, starts, trace } = visits.blocks[at];
     if (!this.words.length) {
       for (let row = 0; row + 1 < starts.length; ++row) this.listing.add(first + row);
       return;
     }
+    if (!this.places.every(place => trace.has(place))) return;
     // The word that comes last is likely to be the rarest.
     const places = this.words.map(word => folded.indexOf(word));
     if (Math.min(...places) < 0) return;

@@ -52,6 +52,37 @@ function fold(text) {
 
 const wordsOf = text => fold(text).split(' ').filter(Boolean);
 
+// Which two and which three characters follow each other somewhere in a text, each a bit of 8192 that it shares with
+// others: what lacks one of a word's bits lacks the word.
+class Trace {
+  bits = new Uint32Array(256);
+
+  static ofTwo(a, b) { return (a * 37 + b) & 8191; }
+  static ofThree(a, b, c) { return ((a * 37 + b) * 37 + c) & 8191; }
+
+  static placesOf(word) {
+    const codes = Array.from({ length: word.length }, (_, at) => word.charCodeAt(at));
+    if (codes.length === 2) return [Trace.ofTwo(...codes)];
+    return codes.slice(2).map((code, at) => Trace.ofThree(codes[at], codes[at + 1], code));
+  }
+
+  constructor(text) {
+    const { bits } = this;
+    let [a, b] = [0, 0];
+    for (let at = 0; at < text.length; ++at) {
+      const c = text.charCodeAt(at);
+      const two = Trace.ofTwo(b, c);
+      const three = Trace.ofThree(a, b, c);
+      bits[two >> 5] |= 1 << (two & 31);
+      bits[three >> 5] |= 1 << (three & 31);
+      a = b;
+      b = c;
+    }
+  }
+
+  has(place) { return (this.bits[place >> 5] >> (place & 31)) & 1; }
+}
+
 // As a person would type it.
 function readable(address) {
   try {
@@ -86,7 +117,7 @@ const visits = {
       folded += `${fold(row.t)}\t${fold(readable(row.u))}\n`;
       starts[index + 1] = folded.length;
     });
-    this.blocks.push({ bytes, folded, starts });
+    this.blocks.push({ bytes, folded, starts, trace: new Trace(folded) });
   },
 
   row(index) {
